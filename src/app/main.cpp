@@ -1,0 +1,27 @@
+#include <QApplication>
+#include <QStringList>
+
+#include "app/Startup.h"
+#include "core/QtPrompts.h"
+#include "core/Services.h"
+#include "sim/SimulatedProgrammer.h"
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+
+    rk31::QtPrompts prompts;
+    rk31::QtPause pause;
+    // No driver for a real programmer box exists yet: the simulated one is the default.
+    auto simulation = rk31::sim::InstallSimulationFromEnvironment();
+    rk31::InstallServices({&prompts, &pause, simulation.ports.get()});
+
+    // The switch is the whole command line, as the platform hands it over.
+    const QString commandLine = app.arguments().mid(1).join(u' ');
+    const auto window = rk31::CreateMainWindow(rk31::VariantForCommandLine(commandLine));
+    if (!window) {
+        prompts.message(QStringLiteral("Error Commands received!"));
+        return 1;
+    }
+    window->show();
+    return app.exec();
+}

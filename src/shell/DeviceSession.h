@@ -1,0 +1,69 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+
+#include "link/QZ7734Device.h"
+
+namespace rk31 {
+
+class Prompts;
+
+// Chip states of a part as the program records them (never read back from the chip).
+enum ChipStateValue : std::int32_t { PowerOff = 0, AdcMode = 1, OwiMode = 2 };
+
+// The rounded images of the last loaded and solved inputs, read by the curve calculation and
+// the plots. Angles of 500 mark points that are not in use.
+struct RoundedImages {
+    std::array<std::array<std::int16_t, 8>, 2> RoundedPoints{};
+    std::array<std::int16_t, 2> RoundedDP{};
+    std::array<std::int16_t, 2> RoundedClampHigh{};
+    std::array<std::int16_t, 2> RoundedClampLow{};
+    std::array<bool, 2> PointsReversed{};
+};
+
+// One part's plotted transfer curve: rows 2k and 2k+1 are the ends of segment k (angle,
+// level); row 40 stays (0, 0); the first all-zero segment ends the list.
+using CurveRows = std::array<std::array<std::int16_t, 2>, 41>;
+using CurveTables = std::array<CurveRows, 2>;
+
+// The one process-wide session record shared by every window.
+class DeviceSession {
+public:
+    static DeviceSession& instance();
+
+    // The device-access object; throws DeviceError("Programmer is not connected!") when empty.
+    QZ7734Device& device() const;
+    bool hasDevice() const { return static_cast<bool>(m_device); }
+    std::shared_ptr<QZ7734Device> deviceObject() const { return m_device; }
+
+    // Creates the component and opens the channel on the COM port. Errors raised while doing
+    // so propagate to the caller.
+    void ConnectProgrammer(std::int16_t port, Prompts& prompts);
+    void DisconnectProgrammer();
+
+    // What every main window's load does first; the two-part windows also clear CommLocked.
+    void ResetForWindowLoad(bool clearCommLocked);
+
+    std::array<std::int32_t, 2> ChipState{};
+    std::array<bool, 2> CommLocked{};
+    std::int32_t ProgrammerConnected = 0;
+    std::array<float, 2> K{kDefaultK, kDefaultK};
+    std::array<float, 2> B{};
+    float sysoffset = 0;
+
+    RoundedImages rounded;
+    CurveTables CurveTable{};
+
+    static constexpr float kDefaultK = static_cast<float>(1.0 / 3.6);
+
+    // For tests: back to the state of a fresh process.
+    void resetForTests();
+
+private:
+    DeviceSession() = default;
+    std::shared_ptr<QZ7734Device> m_device;
+};
+
+}  // namespace rk31

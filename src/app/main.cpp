@@ -2,7 +2,7 @@
 #include <QStringList>
 
 #include "app/Startup.h"
-#include "core/QtPrompts.h"
+#include "core/widgets/QtPrompts.h"
 #include "core/Services.h"
 #include "sim/SimulatedProgrammer.h"
 

@@ -1,4 +1,4 @@
-#include "core/QtPrompts.h"
+#include "core/widgets/QtPrompts.h"
 
 #include <QApplication>
 #include <QDialog>

@@ -1,0 +1,14 @@
+#include "chipsession/WindowContext.h"
+
+#include "core/ControlView.h"
+
+namespace rk31 {
+
+int WindowContext::selectedPart() const {
+    if (family != WindowFamily::OnePartPoint) {
+        return 0;
+    }
+    return qMax(0, view.listIndex(QStringLiteral("PartSel")));
+}
+
+}  // namespace rk31

@@ -1,0 +1,98 @@
+#include "link/Connection.h"
+
+#include "chipsession/WindowContext.h"
+#include "core/ControlView.h"
+#include "core/DeviceError.h"
+#include "core/Prompts.h"
+#include "params/UpdateControl.h"
+#include "shell/DeviceSession.h"
+
+namespace rk31 {
+
+namespace {
+
+const QString kConnect = QStringLiteral("Connect");
+const QString kDisconnect = QStringLiteral("Disconnect");
+
+bool hasPowerCommand(const WindowContext& ctx) { return ctx.pointWindowHasPower; }
+
+// The point windows' buttons once the port dialog has closed, whatever was chosen there.
+void readyPointButtons(WindowContext& ctx) {
+    if (hasPowerCommand(ctx)) {
+        ctx.view.setEnabled(ctl::PowerOn, -1, true);
+        ctx.view.setEnabled(QStringLiteral("SetpointA"), -1, false);
+    } else {
+        ctx.view.setEnabled(QStringLiteral("SetpointA"), -1, true);
+    }
+    ctx.view.setEnabled(QStringLiteral("SetpointB"), -1, false);
+}
+
+void connect(WindowContext& ctx) {
+    const std::int16_t port = ctx.ui.choosePort();
+    if (port != 0) {
+        if (ctx.isTwoPart()) {
+            ctx.view.setText(ctl::status, -1,
+                             QStringLiteral("In transition to Connecting with Programmer..."));
+        }
+        ctx.ui.processEvents();
+        try {
+            ctx.session.ConnectProgrammer(port, ctx.prompts);
+            ctx.machine.SetConnectionState(1);
+        } catch (const DeviceError& e) {
+            // The window stays offline: the next connect replaces whatever object was made.
+            ctx.session.ProgrammerConnected = 0;
+            ctx.prompts.message(e.description());
+            if (ctx.isTwoPart()) {
+                UpdateControl(ctx);
+            }
+            return;
+        }
+        if (ctx.isTwoPart()) {
+            UpdateControl(ctx);
+        } else {
+            ctx.powered = false;
+        }
+        ctx.view.setText(ctl::connect, -1, kDisconnect);
+    }
+    if (!ctx.isTwoPart()) {
+        readyPointButtons(ctx);
+    }
+}
+
+void disconnect(WindowContext& ctx) {
+    if (ctx.isTwoPart()) {
+        ctx.view.setText(ctl::status, -1,
+                         QStringLiteral("Disconnect with Programmer...In transition to Offline Mode..."));
+        ctx.ui.processEvents();
+    }
+    try {
+        ctx.session.DisconnectProgrammer();
+    } catch (const DeviceError& e) {
+        // The object is released whatever closing the channel answered.
+        ctx.prompts.message(e.description());
+    }
+    ctx.machine.SetConnectionState(0);
+    if (ctx.isTwoPart()) {
+        UpdateControl(ctx);
+    }
+    ctx.view.setText(ctl::connect, -1, kConnect);
+    if (!ctx.isTwoPart()) {
+        ctx.view.setEnabled(QStringLiteral("SetpointA"), -1, false);
+        ctx.view.setEnabled(QStringLiteral("SetpointB"), -1, false);
+        if (hasPowerCommand(ctx)) {
+            ctx.view.setEnabled(ctl::PowerOn, -1, false);
+        }
+    }
+}
+
+}  // namespace
+
+void ConnectCommand(WindowContext& ctx) {
+    if (ctx.view.text(ctl::connect) == kConnect) {
+        connect(ctx);
+    } else {
+        disconnect(ctx);
+    }
+}
+
+}  // namespace rk31

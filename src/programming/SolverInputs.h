@@ -1,0 +1,36 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "core/NumberText.h"
+
+namespace rk31 {
+
+struct WindowContext;
+
+// The per-part working copy the solvers reorder and fill before it is sent.
+struct SolverInputs {
+    std::array<float, 4> WorkAngle{};
+    std::array<float, 4> WorkLevel{};
+    float WorkSlope = EmptyValue;
+    float WorkOP = EmptyValue;
+    float WorkHYS = EmptyValue;
+    float WorkPolarity = 0;
+};
+
+// Copies the part's stored values into its working copy and the rounded images; false (with
+// the clamp-order message) when clamp high is not above clamp low.
+bool LoadSolverInputs(WindowContext& ctx, std::int16_t part);
+// The point windows' version: points A and B only.
+bool LoadSolverInputsTwoPoints(WindowContext& ctx, std::int16_t part);
+
+// 0 <= WorkAngle[point] < 360.
+bool IsAngleInRange(const WindowContext& ctx, std::int16_t part, int point);
+
+// Sends SolverImage ids 1 to 11 (clamps and DP, then each point's level and angle).
+void StoreInSolver(WindowContext& ctx, std::int16_t part);
+// Sends ids 12 to 14 (the switch output).
+void StoreSwitchOutput(WindowContext& ctx, std::int16_t part);
+
+}  // namespace rk31

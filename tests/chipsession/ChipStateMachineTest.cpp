@@ -1,0 +1,168 @@
+#include <gtest/gtest.h>
+
+#include "chipsession/ChipStateMachine.h"
+#include "core/DeviceError.h"
+#include "shell/DeviceSession.h"
+#include "sim/SimulatedProgrammer.h"
+#include "support/ScriptedPrompts.h"
+
+using namespace rk31;
+
+namespace {
+
+// A connected session on the simulated programmer, trace emptied.
+class StateMachineTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        session.resetForTests();
+        session.ConnectProgrammer(3, prompts);
+        simulation.box->clearTrace();
+    }
+    void TearDown() override { session.resetForTests(); }
+
+    QStringList trace() const { return simulation.box->trace; }
+
+    sim::Simulation simulation = sim::InstallSimulation({});
+    DeviceSession& session = DeviceSession::instance();
+    test::ScriptedPrompts prompts;
+    test::RecordingPause pause;
+    ChipStateMachine machine{session, prompts, pause};
+};
+
+struct Cell {
+    const char* name;
+    std::int16_t index;
+    bool locked0;
+    bool locked1;
+    std::int32_t from;
+    std::int32_t to;
+    bool result;
+    QStringList calls;
+};
+
+const Cell kCells[] = {
+    // One part to ADC mode.
+    {"adc-from-off", 0, false, false, 0, 1, true, {"PowerOnChip(0)", "EnterADCMode(0)"}},
+    {"adc-from-adc", 0, false, false, 1, 1, true, {}},
+    {"adc-from-owi", 1, false, false, 2, 1, true, {"ExitOWIMode(1)", "EnterADCMode(1)"}},
+    {"adc-from-other", 0, false, false, 9, 1, true, {}},
+    {"adc-locked-from-off", 0, true, false, 0, 1, true, {"EnterADCMode(0)"}},
+    {"adc-locked-from-adc", 0, true, false, 1, 1, true, {"EnterADCMode(0)"}},
+    {"adc-locked-from-owi", 1, false, true, 2, 1, true, {"EnterADCMode(1)"}},
+    {"adc-locked-from-other", 0, true, false, 7, 1, true, {"EnterADCMode(0)"}},
+    // One part to OWI mode.
+    {"owi-from-off", 0, false, false, 0, 2, true, {"PowerOnChip(0)", "EnterOWIMode(0)"}},
+    {"owi-from-adc", 1, false, false, 1, 2, true, {"EnterOWIMode(1)"}},
+    {"owi-from-owi", 0, false, false, 2, 2, true, {"EnterOWIMode(0)"}},
+    {"owi-from-other", 0, false, false, 4, 2, true, {}},
+    {"owi-locked-from-off", 0, true, false, 0, 2, false, {}},
+    {"owi-locked-from-adc", 1, false, true, 1, 2, false, {}},
+    {"owi-locked-from-owi", 0, true, false, 2, 2, false, {}},
+    // One part to Power Off, locked or not.
+    {"off-from-off", 0, false, false, 0, 0, true, {}},
+    {"off-from-adc", 0, true, false, 1, 0, true,
+     {"PowerOffChip(0)", "EnterADCMode(0)", "SelectOutputChannel(0)"}},
+    {"off-from-owi", 1, false, false, 2, 0, true,
+     {"PowerOffChip(1)", "EnterADCMode(1)", "SelectOutputChannel(1)"}},
+    {"off-from-other", 1, false, false, 3, 0, true, {}},
+    // Both parts to ADC mode.
+    {"both-adc-from-off", 2, false, false, 0, 1, true,
+     {"PowerOnChip(0)", "PowerOnChip(1)", "EnterADCMode(0)", "EnterADCMode(1)"}},
+    {"both-adc-from-owi", 2, true, false, 2, 1, true,
+     {"ExitOWIMode(0)", "ExitOWIMode(1)", "EnterADCMode(0)", "EnterADCMode(1)"}},
+    {"both-adc-from-adc", 2, false, false, 1, 1, true, {}},
+    {"both-adc-both-locked", 2, true, true, 0, 1, true, {"EnterADCMode(0)", "EnterADCMode(1)"}},
+    // Both parts to OWI mode.
+    {"both-owi-from-off", 2, false, false, 0, 2, true,
+     {"PowerOnChip(0)", "PowerOnChip(1)", "EnterOWIMode(3)"}},
+    {"both-owi-from-adc", 2, false, false, 1, 2, true, {"EnterOWIMode(3)"}},
+    {"both-owi-from-owi", 2, false, false, 2, 2, true, {"EnterOWIMode(3)"}},
+    {"both-owi-from-other", 2, false, false, 6, 2, true, {}},
+    {"both-owi-one-locked", 2, false, true, 1, 2, false, {}},
+    // Both parts to Power Off: the output channel goes back to Part#1 only.
+    {"both-off-from-adc", 2, false, false, 1, 0, true,
+     {"PowerOffChip(0)", "PowerOffChip(1)", "EnterADCMode(0)", "EnterADCMode(1)",
+      "SelectOutputChannel(0)"}},
+    {"both-off-from-owi", 2, true, true, 2, 0, true,
+     {"PowerOffChip(0)", "PowerOffChip(1)", "EnterADCMode(0)", "EnterADCMode(1)",
+      "SelectOutputChannel(0)"}},
+    {"both-off-from-off", 2, false, false, 0, 0, true, {}},
+};
+
+}  // namespace
+
+TEST_F(StateMachineTest, EveryCellMakesItsDeviceCallsAndStoresTheState) {
+    for (const Cell& cell : kCells) {
+        SCOPED_TRACE(cell.name);
+        session.CommLocked = {cell.locked0, cell.locked1};
+        session.ChipState = {cell.from, cell.from};
+        simulation.box->clearTrace();
+        pause.pauses.clear();
+        EXPECT_EQ(machine.ChipChangeToState(cell.index, cell.from, cell.to), cell.result);
+        EXPECT_EQ(trace(), cell.calls);
+        if (cell.index == 2) {
+            EXPECT_EQ(session.ChipState[0], cell.to);
+            EXPECT_EQ(session.ChipState[1], cell.to);
+        } else {
+            EXPECT_EQ(session.ChipState[cell.index], cell.to);
+        }
+        EXPECT_TRUE(prompts.messages.isEmpty());
+    }
+}
+
+TEST_F(StateMachineTest, BothPartsFromOwiToOwiPauseBeforeTheSingleEntry) {
+    EXPECT_TRUE(machine.ChipChangeToState(2, 2, 2));
+    EXPECT_EQ(pause.pauses, std::vector<int>{500});
+    EXPECT_TRUE(machine.ChipChangeToState(0, 2, 2));  // one part: no pause
+    EXPECT_EQ(pause.pauses, std::vector<int>{500});
+}
+
+TEST_F(StateMachineTest, AChipThatRefusesOwiModeGivesFalse) {
+    // The chip is locked but the session has not learned it yet.
+    simulation.box->dies[1].locked = true;
+    EXPECT_FALSE(machine.ChipChangeToState(1, 1, 2));
+    EXPECT_EQ(session.ChipState[1], 2);
+    EXPECT_FALSE(machine.ChipChangeToState(2, 1, 2));
+}
+
+TEST_F(StateMachineTest, WrongArgumentsAndUnknownStates) {
+    EXPECT_FALSE(machine.ChipChangeToState(3, 0, 1));
+    EXPECT_TRUE(machine.ChipChangeToState(0, 0, 5));
+    EXPECT_EQ(session.ChipState[0], 5);
+    EXPECT_TRUE(machine.ChipChangeToState(2, 0, -1));
+    EXPECT_EQ(prompts.messages, QStringList({"Error arguments in ChipChangeToState!",
+                                             "Error: There is no such state: 5",
+                                             "Error: There is no such state: -1"}));
+    EXPECT_TRUE(trace().isEmpty());
+}
+
+TEST_F(StateMachineTest, ConnectionStateMovesBothPartsToPowerOff) {
+    machine.SetConnectionState(1);
+    EXPECT_EQ(session.ProgrammerConnected, 1);
+    EXPECT_TRUE(trace().isEmpty());  // both already in Power Off
+
+    session.ChipState = {2, 1};
+    machine.SetConnectionState(1);
+    EXPECT_EQ(trace(), QStringList({"PowerOffChip(0)", "EnterADCMode(0)", "SelectOutputChannel(0)",
+                                    "PowerOffChip(1)", "EnterADCMode(1)",
+                                    "SelectOutputChannel(1)"}));
+    EXPECT_EQ(session.ChipState, (std::array<std::int32_t, 2>{0, 0}));
+
+    machine.SetConnectionState(0);
+    EXPECT_EQ(session.ProgrammerConnected, 0);
+}
+
+TEST(StateMachineWithoutDevice, ReportsNotConnectedInsteadOfCrashing) {
+    DeviceSession& session = DeviceSession::instance();
+    session.resetForTests();
+    test::ScriptedPrompts prompts;
+    test::RecordingPause pause;
+    ChipStateMachine machine(session, prompts, pause);
+    try {
+        machine.ChipChangeToState(0, 0, 1);
+        FAIL() << "expected DeviceError";
+    } catch (const DeviceError& e) {
+        EXPECT_EQ(e.description(), "Programmer is not connected!");
+    }
+    EXPECT_EQ(session.ChipState[0], 1);  // stored before the call, and kept
+}

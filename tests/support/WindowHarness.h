@@ -1,0 +1,115 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QFocusEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+#include <QWidget>
+#include <memory>
+
+#include "core/Services.h"
+#include "shell/DeviceSession.h"
+#include "sim/SimulatedProgrammer.h"
+#include "support/ScriptedPrompts.h"
+
+namespace rk31::test {
+
+// Everything a window test runs on: scripted prompts and pause, the simulated programmer with a
+// fresh box, and a session record as a fresh process has it.
+struct Bench {
+    explicit Bench(const sim::SimConfig& config = {})
+        : simulation(sim::InstallSimulation(config)),
+          services(Services{&prompts, &pause, simulation.ports.get()}) {
+        DeviceSession::instance().resetForTests();
+    }
+    ~Bench() { DeviceSession::instance().resetForTests(); }
+
+    sim::SimulatedBox& box() { return *simulation.box; }
+    QStringList& trace() { return simulation.box->trace; }
+
+    ScriptedPrompts prompts;
+    RecordingPause pause;
+    sim::Simulation simulation;
+    ScopedServices services;
+};
+
+inline QString nameOf(const QString& name, int index) {
+    return index < 0 ? name : name + u'_' + QString::number(index);
+}
+
+template <typename W = QWidget>
+W* find(QWidget* root, const QString& name, int index = -1) {
+    W* w = root->findChild<W*>(nameOf(name, index));
+    if (!w) {
+        qFatal("no widget %s", qPrintable(nameOf(name, index)));
+    }
+    return w;
+}
+
+// Types into a box and leaves it, as a user tabbing to the next control.
+inline void typeInto(QWidget* root, const QString& name, int index, const QString& text) {
+    auto* edit = find<QLineEdit>(root, name, index);
+    edit->setText(text);
+    QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
+    QApplication::sendEvent(edit, &out);
+}
+
+inline QString textOf(QWidget* root, const QString& name, int index = -1) {
+    QWidget* w = find(root, name, index);
+    if (auto* edit = qobject_cast<QLineEdit*>(w)) {
+        return edit->text();
+    }
+    if (auto* button = qobject_cast<QAbstractButton*>(w)) {
+        return button->text();
+    }
+    if (auto* label = qobject_cast<QLabel*>(w)) {
+        return label->text();
+    }
+    if (auto* combo = qobject_cast<QComboBox*>(w)) {
+        return combo->currentText();
+    }
+    return {};
+}
+
+// Whether the user can operate the control (its own state and every frame around it).
+inline bool usable(QWidget* root, const QString& name, int index = -1) {
+    return find(root, name, index)->isEnabled();
+}
+
+// A click as a user makes it: nothing happens on a disabled control.
+inline void click(QWidget* root, const QString& name, int index = -1) {
+    auto* button = find<QAbstractButton>(root, name, index);
+    if (button->isEnabled()) {
+        button->click();
+    }
+}
+
+inline void check(QWidget* root, const QString& name, int index, bool on) {
+    auto* box = find<QCheckBox>(root, name, index);
+    if (box->isChecked() != on && box->isEnabled()) {
+        box->click();
+    }
+}
+
+// Scripts the port dialog to choose `port` ("COM3") and press its Connect button.
+inline void scriptPortChoice(ScriptedPrompts& prompts, const QString& port) {
+    prompts.dialogScripts.push_back([port](QDialog& dialog) {
+        auto* list = dialog.findChild<QComboBox*>(QStringLiteral("Port"));
+        list->setCurrentIndex(list->findText(port));
+        dialog.findChild<QAbstractButton*>(QStringLiteral("connect"))->click();
+    });
+}
+
+// Scripts the next modal dialog to be answered by clicking its button `name`.
+inline void scriptDialogClick(ScriptedPrompts& prompts, const QString& name) {
+    prompts.dialogScripts.push_back([name](QDialog& dialog) {
+        dialog.findChild<QAbstractButton*>(name)->click();
+    });
+}
+
+}  // namespace rk31::test

@@ -15,23 +15,20 @@ QHash<QString, DeviceCreator>& creators() {
     return map;
 }
 
-// One log per process and file name, shared by every object created while it is set.
+// Opened afresh for every created object: a log that was deleted or moved while the program runs
+// is then created again at the next connect, instead of the traffic going on into a file that
+// nobody can see any more.
 std::shared_ptr<DeviceLog> logFromEnvironment() {
-    static QString openedPath;
-    static std::shared_ptr<DeviceLog> log;
     const QString path = qEnvironmentVariable("RK31_DEVICE_LOG");
     if (path.isEmpty()) {
         return nullptr;
     }
-    if (path != openedPath) {
-        openedPath = path;
-        log = std::make_shared<DeviceLog>(path);
-        if (!log->isOpen()) {
-            std::fprintf(stderr, "RK31_DEVICE_LOG: cannot open %s for appending\n",
-                         qPrintable(path));
-        }
+    auto log = std::make_shared<DeviceLog>(path);
+    if (!log->isOpen()) {
+        std::fprintf(stderr, "RK31_DEVICE_LOG: cannot open %s for appending\n", qPrintable(path));
+        return nullptr;
     }
-    return log->isOpen() ? log : nullptr;
+    return log;
 }
 
 }  // namespace
@@ -40,14 +37,18 @@ void DeviceFactory::Register(const QString& progId, DeviceCreator creator) {
     creators().insert(progId, std::move(creator));
 }
 
-void DeviceFactory::Unregister(const QString& progId) { creators().remove(progId); }
+void DeviceFactory::Unregister(const QString& progId) {
+    creators().remove(progId);
+}
 
 std::shared_ptr<QZ7734Device> DeviceFactory::Create(const QString& progId) {
     const auto it = creators().constFind(progId);
     if (it == creators().constEnd() || !*it) {
         return nullptr;
     }
-    return WrapWithLog((*it)(), logFromEnvironment());
+    auto device = (*it)();
+    // No object, no log file: a component that cannot be created leaves nothing behind.
+    return device ? WrapWithLog(std::move(device), logFromEnvironment()) : nullptr;
 }
 
 }  // namespace rk31

@@ -1,0 +1,29 @@
+#include "sim/SimulatedProgrammer.h"
+
+#include <QtGlobal>
+#include <cstdio>
+
+#include "link/DeviceFactory.h"
+
+namespace rk31::sim {
+
+Simulation InstallSimulation(const SimConfig& config) {
+    Simulation simulation{std::make_shared<SimulatedBox>(config),
+                          std::make_shared<SimulatedPorts>(config.programmerPort)};
+    DeviceFactory::Register(QString::fromLatin1(kDeviceProgId),
+                            [box = simulation.box] { return CreateSimulatedDevice(box); });
+    return simulation;
+}
+
+Simulation InstallSimulationFromEnvironment() {
+    SimConfig base;
+    base.latencyMs = 30;
+    QStringList errors;
+    const SimConfig config = ParseSimConfig(qEnvironmentVariable("RK31_SIM"), &errors, base);
+    for (const QString& error : errors) {
+        std::fprintf(stderr, "%s\n", qPrintable(error));
+    }
+    return InstallSimulation(config);
+}
+
+}  // namespace rk31::sim

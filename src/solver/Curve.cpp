@@ -1,0 +1,334 @@
+#include "solver/Curve.h"
+
+#include <QString>
+#include <initializer_list>
+#include <span>
+
+#include "core/Prompts.h"
+#include "core/Rounding.h"
+
+namespace rk31 {
+
+namespace {
+
+constexpr int kSegmentSlots = 20;
+constexpr int kScratchSegments = static_cast<int>(std::tuple_size_v<ScratchRows>) / 2;
+constexpr int kScratchRowsCleared = 11;
+
+// Working values are plain ints: a point moved by a full turn (angle + 360) and the differences
+// of such points must not wrap before they are stored back as 16-bit rows.
+struct Point {
+    int angle;
+    int level;
+};
+
+struct Segment {
+    Point from;
+    Point to;
+};
+
+std::int16_t Narrow(int value) {
+    return RoundToInt16(static_cast<double>(value));
+}
+
+CurvePoint Row(Point p) {
+    return {Narrow(p.angle), Narrow(p.level)};
+}
+
+Point AsPoint(const CurvePoint& row) {
+    return {row[0], row[1]};
+}
+
+void WriteSegments(std::span<CurvePoint> rows, std::initializer_list<Segment> segments) {
+    std::size_t row = 0;
+    for (const Segment& s : segments) {
+        rows[row++] = Row(s.from);
+        rows[row++] = Row(s.to);
+    }
+}
+
+bool IsEmptySegment(std::span<const CurvePoint> rows, int k) {
+    const CurvePoint& from = rows[2 * k];
+    const CurvePoint& to = rows[2 * k + 1];
+    return from[0] == 0 && from[1] == 0 && to[0] == 0 && to[1] == 0;
+}
+
+// 64 bits for the product: differences of up to two turns times the full level range occur.
+std::int16_t InterpolateWide(int x, int x1, int y1, int x2, int y2) {
+    if (x1 == x2) {
+        return Narrow(y1);
+    }
+    const std::int64_t product =
+        static_cast<std::int64_t>(x - x1) * static_cast<std::int64_t>(y2 - y1);
+    return RoundToInt16(static_cast<double>(product) / static_cast<double>(x2 - x1) + y1);
+}
+
+// The line of one extension case through its first point p and its second point q (either may
+// be moved by a full turn).
+struct Line {
+    Point p;
+    Point q;
+
+    int angleAtLevel(int level) const {
+        return InterpolateWide(level, q.level, q.angle, p.level, p.angle);
+    }
+    int levelAtAngle(int angle) const {
+        return InterpolateWide(angle, q.angle, q.level, p.angle, p.level);
+    }
+    // On a tie both crossings give the clamp-low one.
+    Point lowerCrossing(ClampLevels clamps) const {
+        const int xh = angleAtLevel(clamps.high);
+        const int xl = angleAtLevel(clamps.low);
+        return xh < xl ? Point{xh, clamps.high} : Point{xl, clamps.low};
+    }
+    Point upperCrossing(ClampLevels clamps) const {
+        const int xh = angleAtLevel(clamps.high);
+        const int xl = angleAtLevel(clamps.low);
+        return xh > xl ? Point{xh, clamps.high} : Point{xl, clamps.low};
+    }
+};
+
+}  // namespace
+
+std::int16_t Interpolate(std::int16_t x, std::int16_t x1, std::int16_t y1, std::int16_t x2,
+                         std::int16_t y2) {
+    return InterpolateWide(x, x1, y1, x2, y2);
+}
+
+void CalSegment(bool reversed, const PointPair& pair, ScratchRows& scratch) {
+    const Point p = AsPoint(pair[0]);
+    const Point q = AsPoint(pair[1]);
+    if ((!reversed && p.angle < q.angle) || (reversed && p.angle > q.angle)) {
+        WriteSegments(scratch, {{p, q}});
+        return;
+    }
+    if (reversed && p.angle < q.angle) {
+        const int y = Line{{p.angle + 360, p.level}, q}.levelAtAngle(360);
+        WriteSegments(scratch, {{p, {0, y}}, {{360, y}, q}});
+        return;
+    }
+    // Forward across the seam, or a reversed pair at one angle, which is taken the long way
+    // round just as a forward one.
+    const int y = Line{p, {q.angle + 360, q.level}}.levelAtAngle(360);
+    WriteSegments(scratch, {{p, {360, y}}, {{0, y}, q}});
+}
+
+void Cal2PointsExtend0(bool reversed, const PointPair& pair, CurveRows& list, ClampLevels clamps,
+                       Prompts& prompts) {
+    const Point p = AsPoint(pair[0]);
+    const Point q = AsPoint(pair[1]);
+    // A flat line never meets a clamp; points at one angle give no direction to extend in.
+    if (p.angle == q.angle || p.level == q.level) {
+        return;
+    }
+    if (!reversed && p.angle < q.angle) {
+        const Line line{p, q};
+        const Point xs = line.lowerCrossing(clamps);
+        if (xs.angle >= 0) {
+            WriteSegments(list, {{xs, p}});
+            return;
+        }
+        if (xs.angle + 360 > q.angle) {
+            const int y0 = line.levelAtAngle(0);
+            WriteSegments(list, {{{xs.angle + 360, xs.level}, {360, y0}}, {{0, y0}, p}});
+            return;
+        }
+    } else if (reversed && p.angle > q.angle) {
+        const Line line{p, q};
+        const Point xs = line.upperCrossing(clamps);
+        if (xs.angle <= 360) {
+            WriteSegments(list, {{xs, p}});
+            return;
+        }
+        if (xs.angle - 360 < q.angle) {
+            const int y360 = line.levelAtAngle(360);
+            WriteSegments(list, {{{xs.angle - 360, xs.level}, {0, y360}}, {{360, y360}, p}});
+            return;
+        }
+    } else if (!reversed) {
+        const Point xs = Line{p, {q.angle + 360, q.level}}.lowerCrossing(clamps);
+        if (xs.angle > q.angle) {
+            WriteSegments(list, {{xs, p}});
+            return;
+        }
+    } else {
+        Point xs = Line{{p.angle + 360, p.level}, q}.upperCrossing(clamps);
+        xs.angle -= 360;
+        if (xs.angle < q.angle) {
+            WriteSegments(list, {{xs, p}});
+            return;
+        }
+    }
+    prompts.message(QStringLiteral("Error in Cal2PointsExtend0"));
+}
+
+void Cal2PointsExtend1(bool reversed, const PointPair& pair, ScratchRows& scratch,
+                       ClampLevels clamps, Prompts& prompts) {
+    const Point p = AsPoint(pair[0]);
+    const Point q = AsPoint(pair[1]);
+    if (p.angle == q.angle || p.level == q.level) {
+        return;
+    }
+    if (!reversed && p.angle < q.angle) {
+        const Line line{p, q};
+        const Point xs = line.upperCrossing(clamps);
+        if (xs.angle <= 360) {
+            WriteSegments(scratch, {{q, xs}});
+            return;
+        }
+        if (xs.angle - 360 < p.angle) {
+            const int y360 = line.levelAtAngle(360);
+            WriteSegments(scratch, {{q, {360, y360}}, {{0, y360}, {xs.angle - 360, xs.level}}});
+            return;
+        }
+    } else if (reversed && p.angle > q.angle) {
+        const Line line{p, q};
+        const Point xs = line.lowerCrossing(clamps);
+        if (xs.angle >= 0) {
+            WriteSegments(scratch, {{q, xs}});
+            return;
+        }
+        if (xs.angle + 360 > p.angle) {
+            const int y0 = line.levelAtAngle(0);
+            WriteSegments(scratch, {{q, {0, y0}}, {{360, y0}, {xs.angle + 360, xs.level}}});
+            return;
+        }
+    } else if (!reversed) {
+        Point xs = Line{p, {q.angle + 360, q.level}}.upperCrossing(clamps);
+        xs.angle -= 360;
+        if (xs.angle < p.angle) {
+            WriteSegments(scratch, {{q, xs}});
+            return;
+        }
+    } else {
+        const Point xs = Line{{p.angle + 360, p.level}, q}.lowerCrossing(clamps);
+        if (xs.angle > p.angle) {
+            WriteSegments(scratch, {{q, xs}});
+            return;
+        }
+    }
+    prompts.message(QStringLiteral("Error in Cal2PointsExtend1"));
+}
+
+void CalDPSegments(bool reversed, const CurveRows& list, ScratchRows& scratch, std::int16_t dp,
+                   Prompts& prompts) {
+    int last = kSegmentSlots - 1;
+    while (last >= 0 && IsEmptySegment(list, last)) {
+        --last;
+    }
+    if (last < 0) {
+        return;
+    }
+    const int sa = list[0][0];
+    const int sl = list[0][1];
+    const int ea = list[2 * last + 1][0];
+    const int el = list[2 * last + 1][1];
+    if (sa == ea) {
+        return;
+    }
+    const Segment jump{{dp, el}, {dp, sl}};
+    if (!reversed && sa < ea) {
+        if (dp < sa) {
+            WriteSegments(scratch,
+                          {{{ea, el}, {360, el}}, {{0, el}, {dp, el}}, jump, {{dp, sl}, {sa, sl}}});
+            return;
+        }
+        if (dp > ea) {
+            WriteSegments(scratch,
+                          {{{ea, el}, {dp, el}}, jump, {{dp, sl}, {360, sl}}, {{0, sl}, {sa, sl}}});
+            return;
+        }
+    } else if (reversed && sa > ea) {
+        if (dp < ea) {
+            WriteSegments(scratch,
+                          {{{ea, el}, {dp, el}}, jump, {{dp, sl}, {0, sl}}, {{360, sl}, {sa, sl}}});
+            return;
+        }
+        if (dp > sa) {
+            WriteSegments(scratch,
+                          {{{ea, el}, {0, el}}, {{360, el}, {dp, el}}, jump, {{dp, sl}, {sa, sl}}});
+            return;
+        }
+    } else if (!reversed) {
+        if (ea < dp && dp < sa) {
+            WriteSegments(scratch, {{{ea, el}, {dp, el}}, jump, {{dp, sl}, {sa, sl}}});
+            return;
+        }
+    } else if (sa < dp && dp < ea) {
+        WriteSegments(scratch, {{{ea, el}, {dp, el}}, jump, {{dp, sl}, {sa, sl}}});
+        return;
+    }
+    prompts.message(QStringLiteral("DP Point is Invalid with two angle ends-(%1 And %2) And (%3) "
+                                   "direction!")
+                        .arg(sa)
+                        .arg(ea)
+                        .arg(reversed ? QStringLiteral("CW") : QStringLiteral("CCW")));
+}
+
+void AppendSegments(CurveRows& list, ScratchRows& scratch) {
+    int k = 0;
+    for (int i = 0; i < kSegmentSlots; ++i) {
+        if (!IsEmptySegment(list, i)) {
+            continue;
+        }
+        if (k >= kScratchSegments || IsEmptySegment(scratch, k)) {
+            break;
+        }
+        list[2 * i] = scratch[2 * k];
+        list[2 * i + 1] = scratch[2 * k + 1];
+        ++k;
+    }
+    for (int r = 0; r < kScratchRowsCleared; ++r) {
+        scratch[r] = {0, 0};
+    }
+}
+
+void CalPartCurve(std::int16_t count, std::int16_t part, const RoundedImages& rounded,
+                  CurveTables& curves, Prompts& prompts) {
+    const auto& images = rounded.RoundedPoints.at(part);
+    PointList points{};
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        points[i] = {images[i], images[i + 4]};
+    }
+    const bool reversed = rounded.PointsReversed.at(part);
+    const ClampLevels clamps{rounded.RoundedClampHigh.at(part), rounded.RoundedClampLow.at(part)};
+    const auto pairFrom = [&points](std::size_t first) {
+        PointPair pair{};
+        pair[0] = points[first];
+        pair[1] = points[first + 1];
+        return pair;
+    };
+
+    CurveRows list{};
+    ScratchRows scratch{};
+    Cal2PointsExtend0(reversed, pairFrom(0), list, clamps, prompts);
+    CalSegment(reversed, pairFrom(0), scratch);
+    AppendSegments(list, scratch);
+    std::size_t lastPair = 0;
+    if (count != 2) {
+        CalSegment(reversed, pairFrom(1), scratch);
+        AppendSegments(list, scratch);
+        lastPair = 1;
+        if (count != 3) {
+            CalSegment(reversed, pairFrom(2), scratch);
+            AppendSegments(list, scratch);
+            lastPair = 2;
+        }
+    }
+    Cal2PointsExtend1(reversed, pairFrom(lastPair), scratch, clamps, prompts);
+    AppendSegments(list, scratch);
+    CalDPSegments(reversed, list, scratch, rounded.RoundedDP.at(part), prompts);
+    AppendSegments(list, scratch);
+    curves.at(part) = list;
+}
+
+void CalLinearGraph(std::int16_t part1, std::int16_t count1, std::int16_t part2,
+                    std::int16_t count2, const RoundedImages& rounded, CurveTables& curves,
+                    Prompts& prompts) {
+    CalPartCurve(count1, part1, rounded, curves, prompts);
+    if (count2 != 0) {
+        CalPartCurve(count2, part2, rounded, curves, prompts);
+    }
+}
+
+}  // namespace rk31

@@ -1,0 +1,195 @@
+#include "display/TransferCurvePlot.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+namespace rk31 {
+
+namespace {
+
+constexpr double kGridStep = 10;
+// The widest labels: the font shrinks until each fits into one grid step, so that neighbouring
+// angle labels stay apart, "100" stays left of the level axis and "deg" inside the right edge.
+const QString kWidestLabels[] = {QStringLiteral("360"), QStringLiteral("100"),
+                                 QStringLiteral("deg")};
+constexpr int kLargestLabelPixels = 15;
+constexpr int kSmallestLabelPixels = 7;
+
+// Width-1 lines sit on pixel centres and width-2 lines on pixel edges, so that the grid stays
+// crisp black instead of a two-pixel grey smear.
+double snap(double coordinate, int penWidth) {
+    return penWidth % 2 == 1 ? std::floor(coordinate) + 0.5 : std::round(coordinate);
+}
+
+bool isEmptySegment(const CurveRows& rows, int k) {
+    const auto& from = rows[static_cast<std::size_t>(2 * k)];
+    const auto& to = rows[static_cast<std::size_t>(2 * k + 1)];
+    return from[0] == 0 && from[1] == 0 && to[0] == 0 && to[1] == 0;
+}
+
+}  // namespace
+
+ShownParts SinglePart(std::int16_t part) {
+    return {ShownPart{part, kFirstCurveColour}};
+}
+
+ShownParts BothParts() {
+    return {ShownPart{0, kFirstCurveColour}, ShownPart{1, kSecondCurveColour}};
+}
+
+PlotCanvas::PlotCanvas(QPainter& painter, QSizeF size)
+    : m_painter(painter), m_transform(PlotTransform(size)) {}
+
+QTransform PlotCanvas::PlotTransform(QSizeF size) {
+    QTransform transform;
+    transform.scale(size.width() / (kPlotRight - kPlotLeft),
+                    -size.height() / (kPlotTop - kPlotBottom));
+    transform.translate(-kPlotLeft, -kPlotTop);
+    return transform;
+}
+
+QFont PlotCanvas::LabelFont(const QFont& base, QSizeF size) {
+    const double columnPixels = kGridStep * size.width() / (kPlotRight - kPlotLeft);
+    const double rowPixels = kGridStep * size.height() / (kPlotTop - kPlotBottom);
+    QFont font(base);
+    int pixels =
+        std::clamp(static_cast<int>(rowPixels * 0.8), kSmallestLabelPixels, kLargestLabelPixels);
+    for (; pixels > kSmallestLabelPixels; --pixels) {
+        font.setPixelSize(pixels);
+        const QFontMetricsF metrics(font);
+        double widest = 0;
+        for (const QString& label : kWidestLabels) {
+            widest = std::max(widest, metrics.horizontalAdvance(label));
+        }
+        if (widest <= columnPixels * 0.9) {
+            break;
+        }
+    }
+    font.setPixelSize(pixels);
+    return font;
+}
+
+void PlotCanvas::DrawLabel(std::int16_t x, std::int16_t y, const QString& str) {
+    const QPointF topLeft = m_transform.map(QPointF(x, y));
+    m_painter.drawText(QRectF(topLeft, QSizeF(0, 0)),
+                       Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, str);
+}
+
+void PlotCanvas::Line(double x1, double y1, double x2, double y2) {
+    const int width = std::max(1, m_painter.pen().width());
+    const QPointF from = m_transform.map(QPointF(x1, y1));
+    const QPointF to = m_transform.map(QPointF(x2, y2));
+    m_painter.drawLine(QPointF(snap(from.x(), width), snap(from.y(), width)),
+                       QPointF(snap(to.x(), width), snap(to.y(), width)));
+}
+
+void PlotCanvas::Circle(double x, double y, double radius) {
+    const double pixels = radius * std::abs(m_transform.m11());
+    m_painter.drawEllipse(m_transform.map(QPointF(x, y)), pixels, pixels);
+}
+
+void PlotCanvas::SetPen(const QColor& colour, int width) {
+    QPen pen(colour, width);
+    pen.setCosmetic(true);
+    m_painter.setPen(pen);
+}
+
+void PaintTransferCurves(QPainter& painter, QSizeF size, const ShownParts& parts, int markedPoints,
+                         const CurveTables& curves, const RoundedImages& rounded) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    painter.setRenderHint(QPainter::TextAntialiasing, true);
+    painter.fillRect(QRectF(QPointF(0, 0), size), Qt::white);
+    painter.setFont(PlotCanvas::LabelFont(painter.font(), size));
+    painter.setBrush(Qt::NoBrush);
+
+    PlotCanvas canvas(painter, size);
+    canvas.SetPen(Qt::black, 1);
+    canvas.Line(0, 0, 370, 0);
+    canvas.Line(0, 0, 0, 110);
+    for (std::int16_t i = 1; i <= 10; ++i) {
+        const auto level = static_cast<std::int16_t>(10 * i);
+        canvas.Line(0, level, 360, level);
+        canvas.DrawLabel(-10, level, QString::number(level));
+    }
+    for (std::int16_t j = 1; j <= 36; ++j) {
+        const auto angle = static_cast<std::int16_t>(10 * j);
+        canvas.Line(angle, 0, angle, 100);
+        canvas.DrawLabel(angle, 0, QString::number(angle));
+    }
+    canvas.DrawLabel(-5, 0, QStringLiteral("O"));
+    canvas.DrawLabel(370, 0, QStringLiteral("deg"));
+    canvas.DrawLabel(0, 110, QStringLiteral("%VDD"));
+
+    for (const ShownPart& shown : parts) {
+        if (shown.part < 0 || shown.part > 1) {
+            continue;
+        }
+        const auto index = static_cast<std::size_t>(shown.part);
+        const CurveRows& rows = curves[index];
+        canvas.SetPen(shown.colour, 2);
+        for (int k = 0; k <= 10 && !isEmptySegment(rows, k); ++k) {
+            const auto& from = rows[static_cast<std::size_t>(2 * k)];
+            const auto& to = rows[static_cast<std::size_t>(2 * k + 1)];
+            canvas.Line(from[0], from[1], to[0], to[1]);
+        }
+        const auto& points = rounded.RoundedPoints[index];
+        for (int p = 0; p < std::clamp(markedPoints, 0, 4); ++p) {
+            canvas.Circle(points[static_cast<std::size_t>(p)],
+                          points[static_cast<std::size_t>(p + 4)], 2);
+        }
+    }
+    painter.restore();
+}
+
+TransferCurvePlot::TransferCurvePlot(QWidget* parent)
+    : QWidget(parent),
+      m_curves(&DeviceSession::instance().CurveTable),
+      m_rounded(&DeviceSession::instance().rounded) {
+    setObjectName(QStringLiteral("Picture1"));
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setShownParts(SinglePart(0));
+}
+
+void TransferCurvePlot::setShownParts(ShownParts parts) {
+    m_source = [parts = std::move(parts)] { return parts; };
+    update();
+}
+
+void TransferCurvePlot::setShownPartsSource(PartsSource source) {
+    m_source = std::move(source);
+    update();
+}
+
+ShownParts TransferCurvePlot::shownParts() const {
+    return m_source ? m_source() : ShownParts{};
+}
+
+void TransferCurvePlot::setMarkedPoints(int count) {
+    m_markedPoints = count;
+    update();
+}
+
+void TransferCurvePlot::setSources(const CurveTables* curves, const RoundedImages* rounded) {
+    m_curves = curves != nullptr ? curves : &DeviceSession::instance().CurveTable;
+    m_rounded = rounded != nullptr ? rounded : &DeviceSession::instance().rounded;
+    update();
+}
+
+QSize TransferCurvePlot::sizeHint() const {
+    return {880, 440};
+}
+
+QSize TransferCurvePlot::minimumSizeHint() const {
+    return {640, 300};
+}
+
+void TransferCurvePlot::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    PaintTransferCurves(painter, size(), shownParts(), m_markedPoints, *m_curves, *m_rounded);
+}
+
+}  // namespace rk31

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QTransform>
+#include <QWidget>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "shell/DeviceSession.h"
+
+class QPainter;
+
+namespace rk31 {
+
+// Part#1, and the only part of a single-part plot, is drawn in pure green; Part#2 beside it in
+// pure red.
+inline const QColor kFirstCurveColour{0, 255, 0};
+inline const QColor kSecondCurveColour{255, 0, 0};
+
+struct ShownPart {
+    std::int16_t part = 0;
+    QColor colour = kFirstCurveColour;
+};
+using ShownParts = std::vector<ShownPart>;
+
+// One part alone, in the single-part colour whatever its index.
+ShownParts SinglePart(std::int16_t part);
+// Part#1 in green and Part#2 in red.
+ShownParts BothParts();
+
+// The visible plot area in plot units: angle -20..380 left to right, level 120 (top) to -20.
+inline constexpr double kPlotLeft = -20;
+inline constexpr double kPlotRight = 380;
+inline constexpr double kPlotTop = 120;
+inline constexpr double kPlotBottom = -20;
+
+// Drawing in plot units on a painter that covers a widget of `size` pixels. Lines and circles go
+// through the plot transform; text is placed at the mapped point and drawn in device pixels, so
+// that it stays upright and readable however the plot is stretched.
+class PlotCanvas {
+  public:
+    PlotCanvas(QPainter& painter, QSizeF size);
+
+    // Plot units onto pixels; the aspect ratio follows the widget.
+    static QTransform PlotTransform(QSizeF size);
+    // A label size that keeps neighbouring grid labels apart at this widget size.
+    static QFont LabelFont(const QFont& base, QSizeF size);
+
+    // The text's top-left corner at plot point (x, y).
+    void DrawLabel(std::int16_t x, std::int16_t y, const QString& str);
+    void Line(double x1, double y1, double x2, double y2);
+    // A round circle whose radius is `radius` angle units.
+    void Circle(double x, double y, double radius);
+    // Pens are cosmetic: their width is in pixels whatever the scale.
+    void SetPen(const QColor& colour, int width);
+
+  private:
+    QPainter& m_painter;
+    QTransform m_transform;
+};
+
+// The whole plot: white background, axes, grid with its labels, the curve of each shown part
+// from `curves` until its first empty segment, and the first `markedPoints` rounded points of
+// each part as circles.
+void PaintTransferCurves(QPainter& painter, QSizeF size, const ShownParts& parts, int markedPoints,
+                         const CurveTables& curves, const RoundedImages& rounded);
+
+// The plot picture box of the Linear Graph window and of the point windows. It draws from the
+// session's CurveTable and rounded images unless given others.
+class TransferCurvePlot : public QWidget {
+    Q_OBJECT
+  public:
+    using PartsSource = std::function<ShownParts()>;
+
+    explicit TransferCurvePlot(QWidget* parent = nullptr);
+
+    void setShownParts(ShownParts parts);
+    // Asked on every paint, for plots whose part is chosen elsewhere (a part selector).
+    void setShownPartsSource(PartsSource source);
+    ShownParts shownParts() const;
+
+    // How many of the points A..D are marked: 4 in the Linear Graph, 2 in the point windows.
+    void setMarkedPoints(int count);
+    int markedPoints() const { return m_markedPoints; }
+
+    void setSources(const CurveTables* curves, const RoundedImages* rounded);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    PartsSource m_source;
+    int m_markedPoints = 4;
+    const CurveTables* m_curves;
+    const RoundedImages* m_rounded;
+};
+
+}  // namespace rk31

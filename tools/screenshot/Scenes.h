@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "sim/SimulatedProgrammer.h"
+
+namespace rk31::screenshot {
+
+// What a scene may use: the simulated programmer the tool runs on. The prompt, pause and port
+// seams are installed before any scene is built; messages are printed, questions answer No.
+struct SceneContext {
+    sim::Simulation simulation;
+};
+
+// One picture: a window built in the state worth looking at. The tool shows it, lets it lay
+// itself out and grabs it.
+struct Scene {
+    QString name;
+    std::function<std::unique_ptr<QWidget>(SceneContext&)> build;
+};
+
+const std::vector<Scene>& AllScenes();
+
+}  // namespace rk31::screenshot

@@ -1,0 +1,81 @@
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QPixmap>
+#include <QTextStream>
+#include <cstdio>
+
+#include "Scenes.h"
+#include "core/Prompts.h"
+#include "core/Services.h"
+
+namespace {
+
+// Nobody answers in a batch run: messages go to standard error, questions answer No, file
+// dialogs are cancelled and modal dialogs are closed at once.
+class PrintingPrompts : public rk31::Prompts {
+  public:
+    void message(const QString& text) override { print(QStringLiteral("message: ") + text); }
+    bool question(const QString& text) override {
+        print(QStringLiteral("question (answered No): ") + text);
+        return false;
+    }
+    QString openFileName(const QString&, const QString&) override { return {}; }
+    QString saveFileName(const QString&, const QString&) override { return {}; }
+    void runModal(QDialog& dialog) override { dialog.close(); }
+
+  private:
+    static void print(const QString& text) { std::fprintf(stderr, "%s\n", qPrintable(text)); }
+};
+
+class NoPause : public rk31::Pause {
+  public:
+    void sleep(int) override {}
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QApplication app(argc, argv);
+    const QStringList args = app.arguments().mid(1);
+    if (args.isEmpty()) {
+        std::fprintf(stderr, "usage: rk31_screenshot <outdir> [scene...]\nscenes:");
+        for (const auto& scene : rk31::screenshot::AllScenes()) {
+            std::fprintf(stderr, " %s", qPrintable(scene.name));
+        }
+        std::fprintf(stderr, "\n");
+        return 2;
+    }
+    const QDir outdir(args.first());
+    if (!QDir().mkpath(outdir.path())) {
+        std::fprintf(stderr, "cannot create %s\n", qPrintable(outdir.path()));
+        return 1;
+    }
+    const QStringList wanted = args.mid(1);
+
+    PrintingPrompts prompts;
+    NoPause pause;
+    rk31::screenshot::SceneContext context{rk31::sim::InstallSimulation({})};
+    rk31::InstallServices({&prompts, &pause, context.simulation.ports.get()});
+
+    int failures = 0;
+    for (const auto& scene : rk31::screenshot::AllScenes()) {
+        if (!wanted.isEmpty() && !wanted.contains(scene.name)) {
+            continue;
+        }
+        const auto widget = scene.build(context);
+        widget->show();
+        QApplication::processEvents();
+        const QString file = outdir.filePath(scene.name + QStringLiteral(".png"));
+        if (widget->grab().save(file)) {
+            std::printf("%s\n", qPrintable(file));
+        } else {
+            std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
+            ++failures;
+        }
+    }
+    return failures == 0 ? 0 : 1;
+}

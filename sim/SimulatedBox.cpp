@@ -62,20 +62,27 @@ void SimulatedBox::powerOn(int part) {
     }
     die.powered = true;
     die.mode = Die::Mode::Adc;
+    die.justCut = false;
 }
 
 void SimulatedBox::powerOff(int part) {
     Die& die = dies[part];
     die.powered = false;
     die.mode = Die::Mode::Off;
+    die.justCut = true;
 }
 
 void SimulatedBox::enterAdc(int part) {
-    // Without supply there is nothing to switch; the state machine sends this right after
-    // PowerOffChip.
-    if (dies[part].powered) {
-        dies[part].mode = Die::Mode::Adc;
+    Die& die = dies[part];
+    if (die.powered) {
+        die.mode = Die::Mode::Adc;
+    } else if (die.locked && !die.justCut) {
+        // A locked die cannot go through the OWI power-up, so the programmer starts it straight
+        // into analog mode. Right after PowerOffChip the same call only settles the output
+        // path of a die that stays off.
+        powerOn(part);
     }
+    die.justCut = false;
 }
 
 void SimulatedBox::exitOwi(int part) {

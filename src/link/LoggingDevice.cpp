@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QStringList>
 #include <QTextStream>
+#include <charconv>
 
 #include "core/DeviceError.h"
 
@@ -13,7 +14,11 @@ QString SolverValueText(const SolverValue& value) {
         [](auto v) -> QString {
             using T = decltype(v);
             if constexpr (std::is_same_v<T, float>) {
-                return QStringLiteral("Single:") + QString::number(v, 'g', 9);
+                // The shortest text that reads back as the same Single: 0.1f gives "0.1".
+                char buffer[32];
+                const auto end = std::to_chars(buffer, buffer + sizeof buffer, v).ptr;
+                return QStringLiteral("Single:") +
+                       QString::fromLatin1(buffer, static_cast<int>(end - buffer));
             } else if constexpr (std::is_same_v<T, std::int32_t>) {
                 return QStringLiteral("Long:") + QString::number(v);
             } else {

@@ -1,19 +1,25 @@
 #pragma once
 
-#include <QWidget>
+#include "mainwindows/TwoPartWindow.h"
 
 namespace rk31 {
 
-class MainForm2Parts1Src : public QWidget {
+// "/0": both parts on one common supply; single session buttons act on both parts.
+class MainForm2Parts1Src : public TwoPartWindow {
     Q_OBJECT
 public:
-    MainForm2Parts1Src() { setObjectName("MainForm2Parts1Src"); setWindowTitle("RK31 GUI - QZ7734"); }
+    explicit MainForm2Parts1Src(QWidget* parent = nullptr)
+        : TwoPartWindow(WindowFamily::TwoPartOneSupply, QStringLiteral("MainForm2Parts1Src"),
+                        parent) {}
 };
 
-class MainForm2Parts2Src : public QWidget {
+// "/1": a supply per part; every session command is a button of its part.
+class MainForm2Parts2Src : public TwoPartWindow {
     Q_OBJECT
 public:
-    MainForm2Parts2Src() { setObjectName("MainForm2Parts2Src"); setWindowTitle("RK31 GUI - QZ7734"); }
+    explicit MainForm2Parts2Src(QWidget* parent = nullptr)
+        : TwoPartWindow(WindowFamily::TwoPartTwoSupplies, QStringLiteral("MainForm2Parts2Src"),
+                        parent) {}
 };
 
 }  // namespace rk31

@@ -52,7 +52,7 @@ void DeviceSession::ResetForWindowLoad(bool clearCommLocked) {
     ChipState = {0, 0};
 }
 
-void DeviceSession::resetForTests() {
+void DeviceSession::resetToFreshProcess() {
     m_device.reset();
     ResetForWindowLoad(true);
     rounded = RoundedImages{};

@@ -58,8 +58,8 @@ public:
 
     static constexpr float kDefaultK = static_cast<float>(1.0 / 3.6);
 
-    // For tests: back to the state of a fresh process.
-    void resetForTests();
+    // Back to the state of a fresh process (tests, the screenshot tool).
+    void resetToFreshProcess();
 
 private:
     DeviceSession() = default;

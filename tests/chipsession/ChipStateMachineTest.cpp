@@ -14,11 +14,11 @@ namespace {
 class StateMachineTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        session.resetForTests();
+        session.resetToFreshProcess();
         session.ConnectProgrammer(3, prompts);
         simulation.box->clearTrace();
     }
-    void TearDown() override { session.resetForTests(); }
+    void TearDown() override { session.resetToFreshProcess(); }
 
     QStringList trace() const { return simulation.box->trace; }
 
@@ -154,7 +154,7 @@ TEST_F(StateMachineTest, ConnectionStateMovesBothPartsToPowerOff) {
 
 TEST(StateMachineWithoutDevice, ReportsNotConnectedInsteadOfCrashing) {
     DeviceSession& session = DeviceSession::instance();
-    session.resetForTests();
+    session.resetToFreshProcess();
     test::ScriptedPrompts prompts;
     test::RecordingPause pause;
     ChipStateMachine machine(session, prompts, pause);

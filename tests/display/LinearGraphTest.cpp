@@ -64,14 +64,14 @@ class LinearGraphTest : public QObject {
     void init() {
         prompts.clear();
         services = std::make_unique<ScopedServices>(Services{&prompts, nullptr, nullptr});
-        DeviceSession::instance().resetForTests();
+        DeviceSession::instance().resetToFreshProcess();
         // Part#1: four points; Part#2: two points, C and D not in use.
         setPart(0, {100, 150, 250, 300, 20, 40, 60, 80}, 20, 95, 5);
         setPart(1, {100, 200, 500, 500, 20, 80, 0, 0}, 300, 90, 10);
     }
     void cleanup() {
         services.reset();
-        DeviceSession::instance().resetForTests();
+        DeviceSession::instance().resetToFreshProcess();
     }
 
     void initChoosesOneOrBothParts_data() {

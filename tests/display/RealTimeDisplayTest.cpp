@@ -56,7 +56,7 @@ class RealTimeDisplayTest : public QObject {
 
   private slots:
     void init() {
-        DeviceSession::instance().resetForTests();
+        DeviceSession::instance().resetToFreshProcess();
         prompts.clear();
         prompts.onMessage = nullptr;
         pause.pauses.clear();
@@ -64,7 +64,7 @@ class RealTimeDisplayTest : public QObject {
     }
     void cleanup() {
         services.reset();
-        DeviceSession::instance().resetForTests();
+        DeviceSession::instance().resetToFreshProcess();
         DeviceFactory::Unregister(QString::fromLatin1(kDeviceProgId));
         box.reset();
     }

@@ -163,12 +163,12 @@ class TransferCurvePlotTest : public QObject {
     }
 
     void plotDrawsTheSessionTablesByDefault() {
-        DeviceSession::instance().resetForTests();
+        DeviceSession::instance().resetToFreshProcess();
         setSegment(DeviceSession::instance().CurveTable[0], 0, 20, 15, 80, 15);
         TransferCurvePlot plot;
         plot.resize(kWidth, kHeight);
         QVERIFY(inkNear(plot.grab().toImage(), 55, 15, Ink::Green));
-        DeviceSession::instance().resetForTests();
+        DeviceSession::instance().resetToFreshProcess();
     }
 
     void labelsStayUprightAndInside() {

@@ -51,7 +51,7 @@ class FrmAdvancedTest : public QObject {
     void init() {
         prompts.clear();
         simulation = sim::InstallSimulation({});
-        DeviceSession::instance().resetForTests();
+        DeviceSession::instance().resetToFreshProcess();
         services =
             std::make_unique<ScopedServices>(Services{&prompts, &pause, simulation.ports.get()});
         dialog = std::make_unique<frmadvanced>();
@@ -59,7 +59,7 @@ class FrmAdvancedTest : public QObject {
     void cleanup() {
         dialog.reset();
         services.reset();
-        DeviceSession::instance().resetForTests();
+        DeviceSession::instance().resetToFreshProcess();
         DeviceFactory::Unregister(QString::fromLatin1(kDeviceProgId));
     }
 

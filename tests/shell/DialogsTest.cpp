@@ -26,7 +26,7 @@ class ShellDialogsTest : public QObject {
   private slots:
     void init() {
         prompts.clear();
-        DeviceSession::instance().resetForTests();
+        DeviceSession::instance().resetToFreshProcess();
         services = std::make_unique<ScopedServices>(Services{&prompts, &pause, nullptr});
     }
     void cleanup() { services.reset(); }

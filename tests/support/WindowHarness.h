@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QFocusEvent>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
@@ -25,9 +26,9 @@ struct Bench {
     explicit Bench(const sim::SimConfig& config = {})
         : simulation(sim::InstallSimulation(config)),
           services(Services{&prompts, &pause, simulation.ports.get()}) {
-        DeviceSession::instance().resetForTests();
+        DeviceSession::instance().resetToFreshProcess();
     }
-    ~Bench() { DeviceSession::instance().resetForTests(); }
+    ~Bench() { DeviceSession::instance().resetToFreshProcess(); }
 
     sim::SimulatedBox& box() { return *simulation.box; }
     QStringList& trace() { return simulation.box->trace; }
@@ -49,6 +50,16 @@ W* find(QWidget* root, const QString& name, int index = -1) {
         qFatal("no widget %s", qPrintable(nameOf(name, index)));
     }
     return w;
+}
+
+// The text of the label that names a control (its buddy), empty when none does.
+inline QString labelOf(QWidget* root, QWidget* control) {
+    for (auto* label : root->findChildren<QLabel*>()) {
+        if (label->buddy() == control) {
+            return label->text();
+        }
+    }
+    return {};
 }
 
 // Types into a box and leaves it, as a user tabbing to the next control.

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "Scenes.h"
+#include "shell/DeviceSession.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
 
@@ -66,8 +67,11 @@ int main(int argc, char** argv) {
         if (!wanted.isEmpty() && !wanted.contains(scene.name)) {
             continue;
         }
+        rk31::DeviceSession::instance().resetToFreshProcess();
         const auto widget = scene.build(context);
         widget->show();
+        // Windows open at their natural size, as they do on a desktop.
+        widget->resize(widget->sizeHint().expandedTo(widget->minimumSizeHint()));
         QApplication::processEvents();
         const QString file = outdir.filePath(scene.name + QStringLiteral(".png"));
         if (widget->grab().save(file)) {

@@ -1,0 +1,408 @@
+#include "mainwindows/TwoPartWindow.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
+#include <QFocusEvent>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "chipsession/SessionControls.h"
+#include "chipsession/WindowCommands.h"
+#include "core/AppTitle.h"
+#include "core/DeviceError.h"
+#include "core/Prompts.h"
+#include "core/Services.h"
+#include "display/RealTimeDisplayBar.h"
+#include "display/frmLinearGraph.h"
+#include "link/Connection.h"
+#include "link/widgets/frmComport.h"
+#include "params/SettingsCommands.h"
+#include "params/UpdateControl.h"
+#include "programming/AngleCapture.h"
+#include "programming/ProgramSequence.h"
+#include "programming/SwitchOutput.h"
+#include "programming/widgets/frmadvanced.h"
+#include "shell/DeviceSession.h"
+#include "shell/widgets/About.h"
+#include "shell/widgets/confirm.h"
+#include "shell/widgets/waitform.h"
+
+namespace rk31 {
+
+namespace {
+
+constexpr int kNumberBoxWidth = 84;
+
+QString controlName(const QString& name, int index) {
+    return WidgetControlView::objectNameFor(name, index);
+}
+
+QLabel* buddyLabel(const QString& text, QWidget* buddy, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setBuddy(buddy);
+    return label;
+}
+
+// The wait window of one sequence; unloading it when the sequence ends or is abandoned.
+class WaitFormWindow : public WaitWindow {
+public:
+    WaitFormWindow(QWidget* owner, const QString& text) : m_form(new waitform(owner)) {
+        m_form->Init(text);
+    }
+    ~WaitFormWindow() override {
+        if (m_form) {
+            m_form->unload();
+            m_form->deleteLater();
+        }
+    }
+    void show() override {
+        if (m_form) {
+            m_form->ShowModeless();
+        }
+    }
+    void TextChange(const QString& text) override {
+        if (m_form) {
+            m_form->TextChange(text);
+        }
+    }
+
+private:
+    QPointer<waitform> m_form;
+};
+
+const char* const kPointLetters[] = {"A", "B", "C", "D"};
+
+}  // namespace
+
+TwoPartWindow::TwoPartWindow(WindowFamily family, const QString& className, QWidget* parent)
+    : QWidget(parent), m_oneSupply(family == WindowFamily::TwoPartOneSupply), m_view(this) {
+    setObjectName(className);
+    setWindowTitle(QString::fromLatin1(kAppTitle));
+    m_ctx = std::make_unique<WindowContext>(family, DeviceSession::instance(), m_view,
+                                            AppPrompts(), AppPause(), *this);
+    buildUi();
+    run([this] { TwoPartWindowLoad(*m_ctx); });
+}
+
+TwoPartWindow::~TwoPartWindow() = default;
+
+QLineEdit* TwoPartWindow::addBox(const QString& name, int index, const QString& text,
+                                 Field field) {
+    auto* box = new QLineEdit(text, this);
+    box->setObjectName(controlName(name, index));
+    box->setMaximumWidth(kNumberBoxWidth);
+    box->setMinimumWidth(kNumberBoxWidth);
+    box->installEventFilter(this);
+    m_validatedBoxes.insert(box, {field, index});
+    return box;
+}
+
+QAbstractButton* TwoPartWindow::addButton(const QString& name, int index, const QString& caption,
+                                          std::function<void()> handler) {
+    auto* button = new QPushButton(caption, this);
+    button->setObjectName(controlName(name, index));
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this, [this, handler = std::move(handler)] {
+        run(handler);
+    });
+    return button;
+}
+
+void TwoPartWindow::addSessionButtons(QGridLayout* grid, int row, int index) {
+    const auto part = static_cast<std::int16_t>(index < 0 ? 0 : index);
+    WindowContext& ctx = *m_ctx;
+    const std::int16_t target = index < 0 ? kBothParts : part;
+    grid->addWidget(addButton(ctl::newdevice, index, tr("New Device"),
+                              [&ctx, part] { NewDevice(ctx, part); }),
+                    row, 0);
+    grid->addWidget(addButton(ctl::owilock, index, tr("Comm Lock"),
+                              [&ctx, part] { CommLockCommand(ctx, part); }),
+                    row, 1);
+    grid->addWidget(addButton(ctl::Advanced, index, tr("Advanced"),
+                              [&ctx, part] { AdvancedCommand(ctx, part); }),
+                    row, 2);
+    grid->addWidget(addButton(ctl::btnconfigsolver, index, tr("Program"),
+                              [&ctx, target] { ProgramAction(ctx, target); }),
+                    row + 1, 0);
+    grid->addWidget(addButton(ctl::lineargraph, index, tr("Linear Graph"),
+                              [&ctx, part] { LinearGraphCommand(ctx, part); }),
+                    row + 1, 1);
+    grid->addWidget(addButton(ctl::viewoutput, index, tr("View Output"),
+                              [&ctx, part] { ViewOutputCommand(ctx, part); }),
+                    row + 1, 2);
+}
+
+QWidget* TwoPartWindow::buildTopBar() {
+    WindowContext& ctx = *m_ctx;
+    auto* bar = new QWidget(this);
+    auto* layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(addButton(ctl::connect, -1, tr("Connect"), [&ctx] { ConnectCommand(ctx); }));
+    if (m_oneSupply) {
+        layout->addWidget(addButton(ctl::PowerOn, -1, tr("Power On"),
+                                    [&ctx] { PowerCommand(ctx, 0); }));
+    }
+    layout->addStretch(1);
+    layout->addWidget(addButton(ctl::mOpen, -1, tr("Load Settings"),
+                                [&ctx] { LoadSettingsCommand(ctx); }));
+    layout->addWidget(addButton(ctl::mSaveAs, -1, tr("Save Settings"),
+                                [&ctx] { SaveSettingsCommand(ctx); }));
+    layout->addWidget(addButton(ctl::btnAbout, -1, tr("About"), [&ctx] { AboutCommand(ctx); }));
+    return bar;
+}
+
+QGroupBox* TwoPartWindow::buildPartFrame(int part) {
+    WindowContext& ctx = *m_ctx;
+    const auto p = static_cast<std::int16_t>(part);
+    auto* frame = new QGroupBox(tr("Part #%1").arg(part + 1), this);
+    frame->setObjectName(controlName(ctl::PartFrame, part));
+    auto* column = new QVBoxLayout(frame);
+
+    auto* top = new QGridLayout;
+    top->setColumnStretch(4, 1);
+    int row = 0;
+    auto* vdd = addBox(ctl::VDD, part, QStringLiteral("5.000"), Field::VDD);
+    top->addWidget(buddyLabel(tr("VDD (V)"), vdd, frame), row, 0);
+    top->addWidget(vdd, row, 1);
+    if (!m_oneSupply) {
+        top->addWidget(addButton(ctl::PowerOn, part, tr("Power On"),
+                                 [&ctx, p] { PowerCommand(ctx, p); }),
+                       row, 2, 1, 2);
+    }
+    ++row;
+    auto* rangle = addBox(ctl::Rangle, part, QStringLiteral("360.00"), Field::ReadAngle);
+    top->addWidget(buddyLabel(tr("Angle (deg)"), rangle, frame), row, 0);
+    top->addWidget(rangle, row, 1);
+    top->addWidget(addButton(ctl::btnreadangle, part, tr("Read Angle"),
+                             [&ctx, p] { ReadAngleCommand(ctx, p); }),
+                   row, 2, 1, 2);
+    ++row;
+    auto* dp = addBox(ctl::DP, part, QStringLiteral("260.00"), Field::DP);
+    top->addWidget(buddyLabel(tr("DP (deg)"), dp, frame), row, 0);
+    top->addWidget(dp, row, 1);
+    top->addWidget(addButton(ctl::GetDP, part, tr("Get DP Mid Point"),
+                             [&ctx, p] { GetDPMidPointCommand(ctx, p); }),
+                   row, 2, 1, 2);
+    ++row;
+    auto* high = addBox(ctl::clamphigh, part, QStringLiteral("95.00"), Field::ClampHigh);
+    auto* low = addBox(ctl::clamplow, part, QStringLiteral("5.00"), Field::ClampLow);
+    top->addWidget(buddyLabel(tr("Clamp High (%VDD)"), high, frame), row, 0);
+    top->addWidget(high, row, 1);
+    top->addWidget(buddyLabel(tr("Clamp Low (%VDD)"), low, frame), row, 2);
+    top->addWidget(low, row, 3);
+    ++row;
+    auto* clockwise = new QCheckBox(tr("clockwise"), frame);
+    clockwise->setObjectName(controlName(ctl::clockwise, part));
+    top->addWidget(clockwise, row, 0, 1, 2);
+    column->addLayout(top);
+
+    if (!m_oneSupply) {
+        auto* session = new QGridLayout;
+        addSessionButtons(session, 0, part);
+        column->addLayout(session);
+    }
+
+    auto* points = new QGroupBox(tr("Points"), frame);
+    auto* grid = new QGridLayout(points);
+    for (int k = 0; k < 4; ++k) {
+        const int box = part * 4 + k;
+        const QString letter = QString::fromLatin1(kPointLetters[k]);
+        auto* angle = addBox(ctl::Angle, box, QString(), Field::Angle);
+        auto* level = addBox(ctl::Level, box, QString(), Field::Level);
+        grid->addWidget(buddyLabel(tr("Angle %1 (deg)").arg(letter), angle, points), k, 0);
+        grid->addWidget(angle, k, 1);
+        grid->addWidget(buddyLabel(tr("Level %1 [%VDD]").arg(letter), level, points), k, 2);
+        grid->addWidget(level, k, 3);
+        grid->addWidget(addButton(ctl::Setpoint, box, tr("Set point %1").arg(letter),
+                                  [&ctx, box] { SetPointCommand(ctx, box); }),
+                        k, 4);
+    }
+    int hintRow = 4;
+    for (const QString& hint : {tr("Fill All Angles to make 4 Points Programming!"),
+                                tr("Leave Angle D EMPTY to make 3 Points Programming!"),
+                                tr("Leave Angle C EMPTY to make 2 Points Programming!")}) {
+        auto* label = new QLabel(hint, points);
+        label->setObjectName(QStringLiteral("hint"));
+        grid->addWidget(label, hintRow++, 0, 1, 5);
+    }
+    auto* slopeHint = new QLabel(tr("Fill below box to make one point + slope Programming!"),
+                                 points);
+    grid->addWidget(slopeHint, hintRow++, 0, 1, 5);
+    auto* slope = addBox(ctl::KforA, part, QString(), Field::Slope);
+    grid->addWidget(buddyLabel(tr("Slope"), slope, points), hintRow, 0);
+    grid->addWidget(slope, hintRow, 1);
+    grid->addWidget(new QLabel(tr("%VDD/deg"), points), hintRow, 2);
+    grid->setColumnStretch(5, 1);
+    column->addWidget(points);
+
+    auto* lower = new QHBoxLayout;
+    auto* swo = new QGroupBox(tr("SWO Programming"), frame);
+    auto* swoGrid = new QGridLayout(swo);
+    auto* op = addBox(ctl::op, part, QString(), Field::OP);
+    swoGrid->addWidget(buddyLabel(tr("OP (deg)"), op, swo), 0, 0);
+    swoGrid->addWidget(op, 0, 1);
+    swoGrid->addWidget(addButton(ctl::swobtn, part, tr("Set Op"),
+                                 [&ctx, p] { SetOpCommand(ctx, p); }),
+                       0, 2, 1, 2);
+    auto* hys = addBox(ctl::hys, part, QStringLiteral("1.00"), Field::HYS);
+    swoGrid->addWidget(buddyLabel(tr("HYS (deg)"), hys, swo), 1, 0);
+    auto* hysRow = new QHBoxLayout;
+    hysRow->addWidget(hys);
+    for (const auto& [name, arrow, direction, accessible] :
+         {std::tuple{ctl::hysup, Qt::UpArrow, 1, tr("HYS up")},
+          std::tuple{ctl::hysdown, Qt::DownArrow, -1, tr("HYS down")}}) {
+        auto* step = new QToolButton(swo);
+        step->setObjectName(controlName(name, part));
+        step->setArrowType(arrow);
+        step->setAccessibleName(accessible);
+        step->setToolTip(accessible);
+        const int dir = direction;
+        connect(step, &QToolButton::clicked, this, [this, p, dir] {
+            run([this, p, dir] { HysStep(*m_ctx, p, dir); });
+        });
+        hysRow->addWidget(step);
+    }
+    hysRow->addStretch(1);
+    swoGrid->addLayout(hysRow, 1, 1, 1, 3);
+    auto* polarity = new QCheckBox(tr("Polarity"), swo);
+    polarity->setObjectName(controlName(ctl::Kpolarity, part));
+    swoGrid->addWidget(polarity, 2, 0, 1, 2);
+    lower->addWidget(swo);
+
+    auto* output = new QGroupBox(tr("Output"), frame);
+    auto* outGrid = new QGridLayout(output);
+    const struct {
+        const QString& name;
+        QString label;
+    } lists[] = {{ctl::OutMode, tr("Output mode")},
+                 {ctl::PWMFreq, tr("PWM frequency")},
+                 {ctl::PWMPolarity, tr("PWM polarity")}};
+    int outRow = 0;
+    for (const auto& list : lists) {
+        auto* combo = new QComboBox(output);
+        combo->setObjectName(controlName(list.name, part));
+        outGrid->addWidget(buddyLabel(list.label, combo, output), outRow, 0);
+        outGrid->addWidget(combo, outRow++, 1);
+        if (list.name == ctl::OutMode) {
+            connect(combo, qOverload<int>(&QComboBox::activated), this,
+                    [this, p] { run([this, p] { OutModeSelected(*m_ctx, p); }); });
+        }
+    }
+    lower->addWidget(output);
+    column->addLayout(lower);
+    column->addStretch(1);
+    return frame;
+}
+
+void TwoPartWindow::buildUi() {
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(buildTopBar());
+    if (m_oneSupply) {
+        auto* both = new QGroupBox(tr("Both parts"), this);
+        auto* grid = new QGridLayout(both);
+        addSessionButtons(grid, 0, -1);
+        layout->addWidget(both);
+    }
+    auto* parts = new QHBoxLayout;
+    for (int part = 0; part < 2; ++part) {
+        auto* column = new QVBoxLayout;
+        if (!m_oneSupply) {
+            // Outside the frame: the frame is disabled while its part is not enabled.
+            auto* enable = new QCheckBox(tr("Enable Part #%1").arg(part + 1), this);
+            enable->setObjectName(controlName(ctl::PartEnable, part));
+            connect(enable, &QCheckBox::clicked, this, [this] {
+                run([this] { UpdateControl(*m_ctx); });
+            });
+            column->addWidget(enable);
+        }
+        column->addWidget(buildPartFrame(part), 1);
+        parts->addLayout(column);
+    }
+    layout->addLayout(parts, 1);
+    auto* statusFrame = new QGroupBox(tr("Status"), this);
+    auto* statusLayout = new QHBoxLayout(statusFrame);
+    auto* status = new QLabel(tr("status: N/A"), statusFrame);
+    status->setObjectName(ctl::status);
+    status->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    statusLayout->addWidget(status);
+    layout->addWidget(statusFrame);
+}
+
+bool TwoPartWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusOut) {
+        const auto reason = static_cast<QFocusEvent*>(event)->reason();
+        // Only a move to another control of this window counts as leaving the box; a message
+        // box or another window taking the focus does not.
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
+            const auto it = m_validatedBoxes.constFind(watched);
+            if (it != m_validatedBoxes.constEnd()) {
+                const auto [field, index] = *it;
+                run([this, field, index] { ValidateField(*m_ctx, field, index); });
+            }
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void TwoPartWindow::run(const std::function<void()>& handler) {
+    try {
+        handler();
+    } catch (const DeviceError& e) {
+        m_ctx->prompts.message(e.description());
+        UpdateControl(*m_ctx);
+    }
+}
+
+std::unique_ptr<WaitWindow> TwoPartWindow::createWaitWindow(const QString& text) {
+    return std::make_unique<WaitFormWindow>(this, text);
+}
+
+void TwoPartWindow::processEvents() { QCoreApplication::processEvents(); }
+
+std::int16_t TwoPartWindow::choosePort() {
+    frmComport dialog(this);
+    m_ctx->prompts.runModal(dialog);
+    return dialog.SelectedCOM();
+}
+
+bool TwoPartWindow::confirmCommLock() {
+    confirm dialog(this);
+    m_ctx->prompts.runModal(dialog);
+    return dialog.CheckSelection();
+}
+
+void TwoPartWindow::showAbout(const QString& hardwareVersion) {
+    About box(this);
+    box.Init(hardwareVersion);
+    m_ctx->prompts.runModal(box);
+}
+
+void TwoPartWindow::showLinearGraph(std::int16_t part, std::int16_t count, std::int16_t part2,
+                                    std::int16_t count2) {
+    frmLinearGraph graph(this);
+    graph.Init(part, count, part2, count2);
+    m_ctx->prompts.runModal(graph);
+}
+
+void TwoPartWindow::showRealTimeDisplay(std::int16_t part, std::int16_t num) {
+    RealTimeDisplayBar display(this);
+    display.Init(part, num);
+    m_ctx->prompts.runModal(display);
+}
+
+void TwoPartWindow::showAdvanced(std::int16_t part, std::int16_t num) {
+    frmadvanced dialog(this);
+    dialog.Init(part, num);
+    m_ctx->prompts.runModal(dialog);
+}
+
+}  // namespace rk31

@@ -1,0 +1,4 @@
+#include <QtTest>
+class TwoPartToolsTest : public QObject { Q_OBJECT };
+QTEST_MAIN(TwoPartToolsTest)
+#include "TwoPartToolsTest.moc"

@@ -31,8 +31,8 @@ struct Die {
 
     bool powered = false;
     Mode mode = Mode::Off;
-    bool locked = false;     // communication locked for good
-    bool justCut = false;    // the last supply command for this die was PowerOffChip
+    bool locked = false;   // communication locked for good
+    bool justCut = false;  // the last supply command for this die was PowerOffChip
     // The identification word while communication is open; a locked die reads 0xF0 plus its
     // low four bits.
     std::int32_t chipId = 0x35;

@@ -2,8 +2,8 @@
 #include <QStringList>
 
 #include "app/Startup.h"
-#include "core/widgets/QtPrompts.h"
 #include "core/Services.h"
+#include "core/widgets/QtPrompts.h"
 #include "sim/SimulatedProgrammer.h"
 
 int main(int argc, char** argv) {

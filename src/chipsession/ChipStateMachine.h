@@ -11,7 +11,7 @@ class Pause;
 // The only place that moves a part between Power Off, ADC mode and OWI mode. It records the
 // wanted state first, whatever the outcome, then drives the device calls in their fixed order.
 class ChipStateMachine {
-public:
+  public:
     ChipStateMachine(DeviceSession& session, Prompts& prompts, Pause& pause)
         : m_session(session), m_prompts(prompts), m_pause(pause) {}
 
@@ -22,7 +22,7 @@ public:
     // Records the connection; on 1 both parts go to Power Off.
     void SetConnectionState(std::int32_t value);
 
-private:
+  private:
     bool changeOnePart(std::int16_t part, std::int32_t from, std::int32_t to);
     bool changeBothParts(std::int32_t from, std::int32_t to);
     void unknownState(std::int32_t to);

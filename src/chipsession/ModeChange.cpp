@@ -10,7 +10,9 @@ namespace rk31 {
 
 namespace {
 
-QString partNumber(int part) { return QString::number(part + 1); }
+QString partNumber(int part) {
+    return QString::number(part + 1);
+}
 
 }  // namespace
 
@@ -93,8 +95,8 @@ void PowerOffIfPowered(WindowContext& ctx, int part) {
     if (part < 0) {
         ctx.machine.ChipChangeToState(2, AdcMode, PowerOff);
     } else {
-        ctx.machine.ChipChangeToState(static_cast<std::int16_t>(part),
-                                      ctx.session.ChipState[part], PowerOff);
+        ctx.machine.ChipChangeToState(static_cast<std::int16_t>(part), ctx.session.ChipState[part],
+                                      PowerOff);
     }
     ctx.powered = false;
 }

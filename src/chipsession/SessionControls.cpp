@@ -86,8 +86,9 @@ void powerOn(WindowContext& ctx, std::int16_t part) {
 }
 
 void powerOff(WindowContext& ctx, std::int16_t part) {
-    ctx.view.setText(ctl::status, -1,
-                     QStringLiteral("Power Off Chip...In transition to Connecting with Programmer..."));
+    ctx.view.setText(
+        ctl::status, -1,
+        QStringLiteral("Power Off Chip...In transition to Connecting with Programmer..."));
     ctx.ui.processEvents();
     if (ctx.oneSupply()) {
         ctx.machine.ChipChangeToState(2, AdcMode, PowerOff);
@@ -110,15 +111,17 @@ void TwoPartWindowLoad(WindowContext& ctx) {
         }
     }
     for (int part = 0; part < 2; ++part) {
-        ctx.view.setListItems(ctl::OutMode, part, {QStringLiteral("Analog"), QStringLiteral("PWM")});
+        ctx.view.setListItems(ctl::OutMode, part,
+                              {QStringLiteral("Analog"), QStringLiteral("PWM")});
         ctx.view.setListIndex(ctl::OutMode, part, 0);
         ctx.view.setListItems(ctl::PWMFreq, part,
                               {QStringLiteral("1000 Hz"), QStringLiteral("500 Hz"),
                                QStringLiteral("250 Hz"), QStringLiteral("125 Hz")});
         ctx.view.setListIndex(ctl::PWMFreq, part, 0);
         ctx.view.setEnabled(ctl::PWMFreq, part, false);
-        ctx.view.setListItems(ctl::PWMPolarity, part,
-                              {QStringLiteral("high level valid"), QStringLiteral("low level valid")});
+        ctx.view.setListItems(
+            ctl::PWMPolarity, part,
+            {QStringLiteral("high level valid"), QStringLiteral("low level valid")});
         ctx.view.setListIndex(ctl::PWMPolarity, part, 0);
         ctx.view.setEnabled(ctl::PWMPolarity, part, false);
     }

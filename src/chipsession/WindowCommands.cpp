@@ -11,7 +11,9 @@ namespace rk31 {
 
 namespace {
 
-bool validCount(int count) { return count >= 2 && count <= 4; }
+bool validCount(int count) {
+    return count >= 2 && count <= 4;
+}
 
 // The point count of the part's solved inputs, 0 when loading or solving refused.
 int solvedCount(WindowContext& ctx, std::int16_t part) {

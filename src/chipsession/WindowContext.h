@@ -29,7 +29,7 @@ class Prompts;
 // A wait window created for one long sequence; destroying it unloads the window, so an
 // abandoned sequence never leaves one behind.
 class WaitWindow {
-public:
+  public:
     virtual ~WaitWindow() = default;
     // Shows it modeless over the main window.
     virtual void show() = 0;
@@ -39,7 +39,7 @@ public:
 // What the window procedures need of their window beyond its controls: the dialogs it opens
 // and the event loop.
 class WindowUi {
-public:
+  public:
     virtual ~WindowUi() = default;
     // A new wait window holding `text`, not shown yet.
     virtual std::unique_ptr<WaitWindow> createWaitWindow(const QString& text) = 0;
@@ -98,8 +98,8 @@ inline const QString btnAbout = QStringLiteral("btnAbout");
 // Everything a main window's procedures work on: the session, the window's controls and seams,
 // and the window's own values.
 struct WindowContext {
-    WindowContext(WindowFamily family, DeviceSession& session, ControlView& view,
-                  Prompts& prompts, Pause& pause, WindowUi& ui)
+    WindowContext(WindowFamily family, DeviceSession& session, ControlView& view, Prompts& prompts,
+                  Pause& pause, WindowUi& ui)
         : family(family),
           session(session),
           view(view),
@@ -118,9 +118,9 @@ struct WindowContext {
 
     std::array<PartParameters, 2> params{};
     std::array<SolverInputs, 2> inputs{};
-    bool powered = false;  // point windows: the part went through PrepareDevice
+    bool powered = false;              // point windows: the part went through PrepareDevice
     bool pointWindowHasPower = false;  // point windows with their own Power On button
-    QString lastFileName;  // offered again by the next file dialog
+    QString lastFileName;              // offered again by the next file dialog
 
     bool isTwoPart() const { return IsTwoPartFamily(family); }
     bool oneSupply() const { return family == WindowFamily::TwoPartOneSupply; }

@@ -10,7 +10,7 @@ namespace rk31 {
 // widget implementation finds the control whose objectName is `name` or `name_<index>`.
 // Keeps the window procedures free of widget types so that they run against a fake in tests.
 class ControlView {
-public:
+  public:
     virtual ~ControlView() = default;
 
     // Text of a text box, caption of a button, check box or frame, the status line's text, or

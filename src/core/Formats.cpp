@@ -84,9 +84,13 @@ QString FormatText(const QString& text, int decimals) {
     return parsed ? roundDecimal(*parsed, decimals) : text;
 }
 
-QString FormatSingle(float value, int decimals) { return formatReal(value, decimals); }
+QString FormatSingle(float value, int decimals) {
+    return formatReal(value, decimals);
+}
 
-QString FormatDouble(double value, int decimals) { return formatReal(value, decimals); }
+QString FormatDouble(double value, int decimals) {
+    return formatReal(value, decimals);
+}
 
 QString DefaultNumberText(double value, int significantDigits) {
     if (value == 0 || !std::isfinite(value)) {
@@ -135,8 +139,12 @@ QString DefaultNumberText(double value, int significantDigits) {
     return QString::fromStdString(out);
 }
 
-QString SingleText(float value) { return DefaultNumberText(value, 7); }
+QString SingleText(float value) {
+    return DefaultNumberText(value, 7);
+}
 
-QString DoubleText(double value) { return DefaultNumberText(value, 15); }
+QString DoubleText(double value) {
+    return DefaultNumberText(value, 15);
+}
 
 }  // namespace rk31

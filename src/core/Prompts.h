@@ -9,7 +9,7 @@ namespace rk31 {
 // Every user-visible message and every modal interaction goes through this seam, so that a
 // test can script the answers and assert the exact texts.
 class Prompts {
-public:
+  public:
     virtual ~Prompts() = default;
 
     // A modal box with an OK button only, no icon, the application's title.
@@ -25,7 +25,7 @@ public:
 
 // Blocking sleep on the GUI thread.
 class Pause {
-public:
+  public:
     virtual ~Pause() = default;
     virtual void sleep(int milliseconds) = 0;
 };

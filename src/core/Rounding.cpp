@@ -25,8 +25,12 @@ Int roundSaturating(double value) {
 
 }  // namespace
 
-std::int16_t RoundToInt16(double value) { return roundSaturating<std::int16_t>(value); }
+std::int16_t RoundToInt16(double value) {
+    return roundSaturating<std::int16_t>(value);
+}
 
-std::int32_t RoundToInt32(double value) { return roundSaturating<std::int32_t>(value); }
+std::int32_t RoundToInt32(double value) {
+    return roundSaturating<std::int32_t>(value);
+}
 
 }  // namespace rk31

@@ -23,13 +23,13 @@ void InstallServices(const Services& services);
 const Services& InstalledServices();
 
 class ScopedServices {
-public:
+  public:
     explicit ScopedServices(const Services& services);
     ~ScopedServices();
     ScopedServices(const ScopedServices&) = delete;
     ScopedServices& operator=(const ScopedServices&) = delete;
 
-private:
+  private:
     Services m_previous;
 };
 

@@ -21,17 +21,29 @@ T& require(T* seam, const char* name) {
 
 }  // namespace
 
-Prompts& AppPrompts() { return require(registry().prompts, "prompts"); }
-Pause& AppPause() { return require(registry().pause, "pause"); }
-PortProber& AppPorts() { return require(registry().ports, "ports"); }
+Prompts& AppPrompts() {
+    return require(registry().prompts, "prompts");
+}
+Pause& AppPause() {
+    return require(registry().pause, "pause");
+}
+PortProber& AppPorts() {
+    return require(registry().ports, "ports");
+}
 
-void InstallServices(const Services& services) { registry() = services; }
-const Services& InstalledServices() { return registry(); }
+void InstallServices(const Services& services) {
+    registry() = services;
+}
+const Services& InstalledServices() {
+    return registry();
+}
 
 ScopedServices::ScopedServices(const Services& services) : m_previous(registry()) {
     registry() = services;
 }
 
-ScopedServices::~ScopedServices() { registry() = m_previous; }
+ScopedServices::~ScopedServices() {
+    registry() = m_previous;
+}
 
 }  // namespace rk31

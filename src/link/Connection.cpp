@@ -14,7 +14,9 @@ namespace {
 const QString kConnect = QStringLiteral("Connect");
 const QString kDisconnect = QStringLiteral("Disconnect");
 
-bool hasPowerCommand(const WindowContext& ctx) { return ctx.pointWindowHasPower; }
+bool hasPowerCommand(const WindowContext& ctx) {
+    return ctx.pointWindowHasPower;
+}
 
 // The point windows' buttons once the port dialog has closed, whatever was chosen there.
 void readyPointButtons(WindowContext& ctx) {
@@ -61,8 +63,9 @@ void connect(WindowContext& ctx) {
 
 void disconnect(WindowContext& ctx) {
     if (ctx.isTwoPart()) {
-        ctx.view.setText(ctl::status, -1,
-                         QStringLiteral("Disconnect with Programmer...In transition to Offline Mode..."));
+        ctx.view.setText(
+            ctl::status, -1,
+            QStringLiteral("Disconnect with Programmer...In transition to Offline Mode..."));
         ctx.ui.processEvents();
     }
     try {

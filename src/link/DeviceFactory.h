@@ -17,7 +17,7 @@ using DeviceCreator = std::function<std::shared_ptr<QZ7734Device>()>;
 // cannot be created). When RK31_DEVICE_LOG names a file, every created object is wrapped so that
 // each call is appended to that file.
 class DeviceFactory {
-public:
+  public:
     static void Register(const QString& progId, DeviceCreator creator);
     static void Unregister(const QString& progId);
     // nullptr when nothing is registered under the ProgID or the creator yields nothing.

@@ -44,7 +44,9 @@ void DeviceLog::write(const QString& line) {
 
 namespace {
 
-QString num(double v) { return QString::number(v, 'g', 9); }
+QString num(double v) {
+    return QString::number(v, 'g', 9);
+}
 
 // Runs one call of the wrapped object and logs it, also when it throws.
 template <typename Call, typename Outs>
@@ -64,7 +66,7 @@ QString call(const char* op, const QStringList& args) {
 }
 
 class LoggingMemory : public MemoryAccess {
-public:
+  public:
     LoggingMemory(std::shared_ptr<MemoryAccess> inner, std::shared_ptr<DeviceLog> log)
         : m_inner(std::move(inner)), m_log(std::move(log)) {}
 
@@ -84,20 +86,21 @@ public:
     }
     void SetSolverParameter(std::int16_t part, std::int16_t id, const SolverValue& value,
                             std::int16_t mode, std::int32_t& failed) override {
-        logged(*m_log,
-               call("SetSolverParameter", {QString::number(part), QString::number(id),
-                                           SolverValueText(value), QString::number(mode)}),
-               [&] { m_inner->SetSolverParameter(part, id, value, mode, failed); },
-               [&] { return QStringLiteral("failed=") + QString::number(failed); });
+        logged(
+            *m_log,
+            call("SetSolverParameter", {QString::number(part), QString::number(id),
+                                        SolverValueText(value), QString::number(mode)}),
+            [&] { m_inner->SetSolverParameter(part, id, value, mode, failed); },
+            [&] { return QStringLiteral("failed=") + QString::number(failed); });
     }
 
-private:
+  private:
     std::shared_ptr<MemoryAccess> m_inner;
     std::shared_ptr<DeviceLog> m_log;
 };
 
 class LoggingSolver : public SolverAccess {
-public:
+  public:
     LoggingSolver(std::shared_ptr<SolverAccess> inner, std::shared_ptr<DeviceLog> log)
         : m_inner(std::move(inner)), m_log(std::move(log)) {}
 
@@ -120,13 +123,13 @@ public:
             [&] { return QStringLiteral("failed=") + QString::number(failed); });
     }
 
-private:
+  private:
     std::shared_ptr<SolverAccess> m_inner;
     std::shared_ptr<DeviceLog> m_log;
 };
 
 class LoggingDevice : public QZ7734Device {
-public:
+  public:
     LoggingDevice(std::shared_ptr<QZ7734Device> inner, std::shared_ptr<DeviceLog> log)
         : m_inner(std::move(inner)), m_log(std::move(log)) {}
 
@@ -233,15 +236,14 @@ public:
             [&] { return outFailed(failed); });
     }
 
-private:
+  private:
     static QString outFailed(std::int32_t failed) {
         return QStringLiteral("failed=") + QString::number(failed);
     }
     void simple(const char* op, std::int16_t part, std::int32_t& status,
                 void (QZ7734Device::*method)(std::int16_t, std::int32_t&)) {
         logged(
-            *m_log, call(op, {QString::number(part)}),
-            [&] { ((*m_inner).*method)(part, status); },
+            *m_log, call(op, {QString::number(part)}), [&] { ((*m_inner).*method)(part, status); },
             [&] { return QStringLiteral("status=") + QString::number(status); });
     }
 

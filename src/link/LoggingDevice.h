@@ -11,12 +11,12 @@ namespace rk31 {
 // call (time, operation, arguments, out-values) to a file, flushed at once so that nothing is
 // lost when the program ends abruptly.
 class DeviceLog {
-public:
+  public:
     explicit DeviceLog(const QString& path);
     bool isOpen() const { return m_file.isOpen(); }
     void write(const QString& line);
 
-private:
+  private:
     QFile m_file;
 };
 

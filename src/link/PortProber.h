@@ -8,7 +8,7 @@ namespace rk31 {
 inline constexpr int kPortAlreadyOpen = 8005;
 
 class PortProber {
-public:
+  public:
     virtual ~PortProber() = default;
     // Whether this control itself holds the port open.
     virtual bool isOpenHere(int port) const = 0;

@@ -16,7 +16,7 @@ QString SolverValueText(const SolverValue& value);
 
 // Raw chip memory words; address 0x48 is the identification and lock word.
 class MemoryAccess {
-public:
+  public:
     virtual ~MemoryAccess() = default;
     virtual void WriteMemory(std::int16_t part, std::int32_t address, std::int32_t data) = 0;
     virtual void ReadMemory(std::int16_t part, std::int32_t address, std::int32_t& data) = 0;
@@ -26,7 +26,7 @@ public:
 };
 
 class SolverAccess {
-public:
+  public:
     virtual ~SolverAccess() = default;
     // Locks the part's OWI communication for good.
     virtual void CommLock(std::int16_t part, std::int32_t& failed) = 0;
@@ -40,7 +40,7 @@ public:
 // call; 0 means success. Part is 0 or 1, and 3 (both parts) where noted. A call that fails as a
 // whole throws DeviceError.
 class QZ7734Device {
-public:
+  public:
     virtual ~QZ7734Device() = default;
 
     virtual void OpenChannel(const QVariant& port, std::int32_t& failed) = 0;

@@ -7,7 +7,7 @@ namespace rk31 {
 // "/0": both parts on one common supply; single session buttons act on both parts.
 class MainForm2Parts1Src : public TwoPartWindow {
     Q_OBJECT
-public:
+  public:
     explicit MainForm2Parts1Src(QWidget* parent = nullptr)
         : TwoPartWindow(WindowFamily::TwoPartOneSupply, QStringLiteral("MainForm2Parts1Src"),
                         parent) {}
@@ -16,7 +16,7 @@ public:
 // "/1": a supply per part; every session command is a button of its part.
 class MainForm2Parts2Src : public TwoPartWindow {
     Q_OBJECT
-public:
+  public:
     explicit MainForm2Parts2Src(QWidget* parent = nullptr)
         : TwoPartWindow(WindowFamily::TwoPartTwoSupplies, QStringLiteral("MainForm2Parts2Src"),
                         parent) {}

@@ -54,7 +54,7 @@ QLabel* buddyLabel(const QString& text, QWidget* buddy, QWidget* parent) {
 
 // The wait window of one sequence; unloading it when the sequence ends or is abandoned.
 class WaitFormWindow : public WaitWindow {
-public:
+  public:
     WaitFormWindow(QWidget* owner, const QString& text) : m_form(new waitform(owner)) {
         m_form->Init(text);
     }
@@ -75,7 +75,7 @@ public:
         }
     }
 
-private:
+  private:
     QPointer<waitform> m_form;
 };
 
@@ -87,16 +87,15 @@ TwoPartWindow::TwoPartWindow(WindowFamily family, const QString& className, QWid
     : QWidget(parent), m_oneSupply(family == WindowFamily::TwoPartOneSupply), m_view(this) {
     setObjectName(className);
     setWindowTitle(QString::fromLatin1(kAppTitle));
-    m_ctx = std::make_unique<WindowContext>(family, DeviceSession::instance(), m_view,
-                                            AppPrompts(), AppPause(), *this);
+    m_ctx = std::make_unique<WindowContext>(family, DeviceSession::instance(), m_view, AppPrompts(),
+                                            AppPause(), *this);
     buildUi();
     run([this] { TwoPartWindowLoad(*m_ctx); });
 }
 
 TwoPartWindow::~TwoPartWindow() = default;
 
-QLineEdit* TwoPartWindow::addBox(const QString& name, int index, const QString& text,
-                                 Field field) {
+QLineEdit* TwoPartWindow::addBox(const QString& name, int index, const QString& text, Field field) {
     auto* box = new QLineEdit(text, this);
     box->setObjectName(controlName(name, index));
     box->setMaximumWidth(kNumberBoxWidth);
@@ -111,9 +110,8 @@ QAbstractButton* TwoPartWindow::addButton(const QString& name, int index, const 
     auto* button = new QPushButton(caption, this);
     button->setObjectName(controlName(name, index));
     button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, this, [this, handler = std::move(handler)] {
-        run(handler);
-    });
+    connect(button, &QPushButton::clicked, this,
+            [this, handler = std::move(handler)] { run(handler); });
     return button;
 }
 
@@ -121,9 +119,9 @@ void TwoPartWindow::addSessionButtons(QGridLayout* grid, int row, int index) {
     const auto part = static_cast<std::int16_t>(index < 0 ? 0 : index);
     WindowContext& ctx = *m_ctx;
     const std::int16_t target = index < 0 ? kBothParts : part;
-    grid->addWidget(addButton(ctl::newdevice, index, tr("New Device"),
-                              [&ctx, part] { NewDevice(ctx, part); }),
-                    row, 0);
+    grid->addWidget(
+        addButton(ctl::newdevice, index, tr("New Device"), [&ctx, part] { NewDevice(ctx, part); }),
+        row, 0);
     grid->addWidget(addButton(ctl::owilock, index, tr("Comm Lock"),
                               [&ctx, part] { CommLockCommand(ctx, part); }),
                     row, 1);
@@ -148,14 +146,14 @@ QWidget* TwoPartWindow::buildTopBar() {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(addButton(ctl::connect, -1, tr("Connect"), [&ctx] { ConnectCommand(ctx); }));
     if (m_oneSupply) {
-        layout->addWidget(addButton(ctl::PowerOn, -1, tr("Power On"),
-                                    [&ctx] { PowerCommand(ctx, 0); }));
+        layout->addWidget(
+            addButton(ctl::PowerOn, -1, tr("Power On"), [&ctx] { PowerCommand(ctx, 0); }));
     }
     layout->addStretch(1);
-    layout->addWidget(addButton(ctl::mOpen, -1, tr("Load Settings"),
-                                [&ctx] { LoadSettingsCommand(ctx); }));
-    layout->addWidget(addButton(ctl::mSaveAs, -1, tr("Save Settings"),
-                                [&ctx] { SaveSettingsCommand(ctx); }));
+    layout->addWidget(
+        addButton(ctl::mOpen, -1, tr("Load Settings"), [&ctx] { LoadSettingsCommand(ctx); }));
+    layout->addWidget(
+        addButton(ctl::mSaveAs, -1, tr("Save Settings"), [&ctx] { SaveSettingsCommand(ctx); }));
     layout->addWidget(addButton(ctl::btnAbout, -1, tr("About"), [&ctx] { AboutCommand(ctx); }));
     return bar;
 }
@@ -174,9 +172,9 @@ QGroupBox* TwoPartWindow::buildPartFrame(int part) {
     top->addWidget(buddyLabel(tr("VDD (V)"), vdd, frame), row, 0);
     top->addWidget(vdd, row, 1);
     if (!m_oneSupply) {
-        top->addWidget(addButton(ctl::PowerOn, part, tr("Power On"),
-                                 [&ctx, p] { PowerCommand(ctx, p); }),
-                       row, 2, 1, 2);
+        top->addWidget(
+            addButton(ctl::PowerOn, part, tr("Power On"), [&ctx, p] { PowerCommand(ctx, p); }), row,
+            2, 1, 2);
     }
     ++row;
     auto* rangle = addBox(ctl::Rangle, part, QStringLiteral("360.00"), Field::ReadAngle);
@@ -234,8 +232,8 @@ QGroupBox* TwoPartWindow::buildPartFrame(int part) {
         label->setObjectName(QStringLiteral("hint"));
         grid->addWidget(label, hintRow++, 0, 1, 5);
     }
-    auto* slopeHint = new QLabel(tr("Fill below box to make one point + slope Programming!"),
-                                 points);
+    auto* slopeHint =
+        new QLabel(tr("Fill below box to make one point + slope Programming!"), points);
     grid->addWidget(slopeHint, hintRow++, 0, 1, 5);
     auto* slope = addBox(ctl::KforA, part, QString(), Field::Slope);
     grid->addWidget(buddyLabel(tr("Slope"), slope, points), hintRow, 0);
@@ -250,9 +248,9 @@ QGroupBox* TwoPartWindow::buildPartFrame(int part) {
     auto* op = addBox(ctl::op, part, QString(), Field::OP);
     swoGrid->addWidget(buddyLabel(tr("OP (deg)"), op, swo), 0, 0);
     swoGrid->addWidget(op, 0, 1);
-    swoGrid->addWidget(addButton(ctl::swobtn, part, tr("Set Op"),
-                                 [&ctx, p] { SetOpCommand(ctx, p); }),
-                       0, 2, 1, 2);
+    swoGrid->addWidget(
+        addButton(ctl::swobtn, part, tr("Set Op"), [&ctx, p] { SetOpCommand(ctx, p); }), 0, 2, 1,
+        2);
     auto* hys = addBox(ctl::hys, part, QStringLiteral("1.00"), Field::HYS);
     swoGrid->addWidget(buddyLabel(tr("HYS (deg)"), hys, swo), 1, 0);
     auto* hysRow = new QHBoxLayout;
@@ -266,9 +264,8 @@ QGroupBox* TwoPartWindow::buildPartFrame(int part) {
         step->setAccessibleName(accessible);
         step->setToolTip(accessible);
         const int dir = direction;
-        connect(step, &QToolButton::clicked, this, [this, p, dir] {
-            run([this, p, dir] { HysStep(*m_ctx, p, dir); });
-        });
+        connect(step, &QToolButton::clicked, this,
+                [this, p, dir] { run([this, p, dir] { HysStep(*m_ctx, p, dir); }); });
         hysRow->addWidget(step);
     }
     hysRow->addStretch(1);
@@ -319,9 +316,8 @@ void TwoPartWindow::buildUi() {
             // Outside the frame: the frame is disabled while its part is not enabled.
             auto* enable = new QCheckBox(tr("Enable Part #%1").arg(part + 1), this);
             enable->setObjectName(controlName(ctl::PartEnable, part));
-            connect(enable, &QCheckBox::clicked, this, [this] {
-                run([this] { UpdateControl(*m_ctx); });
-            });
+            connect(enable, &QCheckBox::clicked, this,
+                    [this] { run([this] { UpdateControl(*m_ctx); }); });
             column->addWidget(enable);
         }
         column->addWidget(buildPartFrame(part), 1);
@@ -366,7 +362,9 @@ std::unique_ptr<WaitWindow> TwoPartWindow::createWaitWindow(const QString& text)
     return std::make_unique<WaitFormWindow>(this, text);
 }
 
-void TwoPartWindow::processEvents() { QCoreApplication::processEvents(); }
+void TwoPartWindow::processEvents() {
+    QCoreApplication::processEvents();
+}
 
 std::int16_t TwoPartWindow::choosePort() {
     frmComport dialog(this);

@@ -21,7 +21,7 @@ namespace rk31 {
 // are single buttons acting on both parts.
 class TwoPartWindow : public QWidget, public WindowUi {
     Q_OBJECT
-public:
+  public:
     TwoPartWindow(WindowFamily family, const QString& className, QWidget* parent = nullptr);
     ~TwoPartWindow() override;
 
@@ -39,10 +39,10 @@ public:
     void showRealTimeDisplay(std::int16_t part, std::int16_t num) override;
     void showAdvanced(std::int16_t part, std::int16_t num) override;
 
-protected:
+  protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-private:
+  private:
     void buildUi();
     QWidget* buildTopBar();
     QGroupBox* buildPartFrame(int part);

@@ -8,41 +8,43 @@ namespace rk31 {
 // now each exists with its class and title so that every switch opens its own window.
 class PointProgrammingWindow : public QWidget {
     Q_OBJECT
-public:
+  public:
     explicit PointProgrammingWindow(const QString& className, QWidget* parent = nullptr);
 };
 
 class MainForm2PointsProgramming : public PointProgrammingWindow {
     Q_OBJECT
-public:
-    MainForm2PointsProgramming() : PointProgrammingWindow(QStringLiteral("MainForm2PointsProgramming")) {}
+  public:
+    MainForm2PointsProgramming()
+        : PointProgrammingWindow(QStringLiteral("MainForm2PointsProgramming")) {}
 };
 
 class MainForm2PointsProgrammingforDual : public PointProgrammingWindow {
     Q_OBJECT
-public:
+  public:
     MainForm2PointsProgrammingforDual()
         : PointProgrammingWindow(QStringLiteral("MainForm2PointsProgrammingforDual")) {}
 };
 
 class MainForm2PointsProgrammingWithPwr : public PointProgrammingWindow {
     Q_OBJECT
-public:
+  public:
     MainForm2PointsProgrammingWithPwr()
         : PointProgrammingWindow(QStringLiteral("MainForm2PointsProgrammingWithPwr")) {}
 };
 
 class MainForm2PointsProgrammingforDualWithPwr : public PointProgrammingWindow {
     Q_OBJECT
-public:
+  public:
     MainForm2PointsProgrammingforDualWithPwr()
         : PointProgrammingWindow(QStringLiteral("MainForm2PointsProgrammingforDualWithPwr")) {}
 };
 
 class MainForm1PointProgramming : public PointProgrammingWindow {
     Q_OBJECT
-public:
-    MainForm1PointProgramming() : PointProgrammingWindow(QStringLiteral("MainForm1PointProgramming")) {}
+  public:
+    MainForm1PointProgramming()
+        : PointProgrammingWindow(QStringLiteral("MainForm1PointProgramming")) {}
 };
 
 }  // namespace rk31

@@ -28,7 +28,9 @@ std::optional<float> senseAngle(WindowContext& ctx, std::int16_t part) {
 
 }  // namespace
 
-float MidPointOf(float angle) { return angle < 180.0f ? angle + 180.0f : angle - 180.0f; }
+float MidPointOf(float angle) {
+    return angle < 180.0f ? angle + 180.0f : angle - 180.0f;
+}
 
 void ReadAngleCommand(WindowContext& ctx, std::int16_t part) {
     if (const auto angle = senseAngle(ctx, part)) {

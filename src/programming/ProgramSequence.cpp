@@ -19,7 +19,9 @@ namespace {
 
 const QString kNotInOwi = QStringLiteral("Error: Not in OWI mode");
 
-bool both(std::int16_t part) { return part == kBothParts; }
+bool both(std::int16_t part) {
+    return part == kBothParts;
+}
 
 // Brings the part (or both parts) to OWI mode; false with the message when that failed.
 bool ensureOwi(WindowContext& ctx, std::int16_t part) {
@@ -95,7 +97,9 @@ bool configurePart(WindowContext& ctx, std::int16_t part, const QString& waitTex
     return true;
 }
 
-bool validCount(int count) { return count >= 2 && count <= 4; }
+bool validCount(int count) {
+    return count >= 2 && count <= 4;
+}
 
 bool reportCount(WindowContext& ctx, bool valid) {
     if (!valid) {
@@ -202,7 +206,8 @@ void ProgramAction(WindowContext& ctx, std::int16_t part) {
         if (!ensureOwi(ctx, part) || !LoadSolverInputs(ctx, part)) {
             return;
         }
-        auto wait = ctx.ui.createWaitWindow(QStringLiteral("Programming EEPROM...  Please Wait..."));
+        auto wait =
+            ctx.ui.createWaitWindow(QStringLiteral("Programming EEPROM...  Please Wait..."));
         const int count = solve(ctx, part, hasSlopeAndPointA(ctx, part));
         if (ConfigureSolver(ctx, part, count)) {
             wait->show();

@@ -116,10 +116,9 @@ void StoreInSolver(WindowContext& ctx, std::int16_t part) {
     const PartParameters& params = paramsOf(ctx, part);
     const SolverInputs& in = ctx.inputs[part];
     std::vector<std::pair<std::int16_t, SolverValue>> values = {
-        {1, params.ClampLow},     {2, params.ClampHigh},    {3, params.DP},
-        {4, in.WorkLevel[0]},     {8, in.WorkAngle[0]},     {5, in.WorkLevel[1]},
-        {9, in.WorkAngle[1]},     {6, in.WorkLevel[2]},     {10, in.WorkAngle[2]},
-        {7, in.WorkLevel[3]},     {11, in.WorkAngle[3]},
+        {1, params.ClampLow},  {2, params.ClampHigh}, {3, params.DP},        {4, in.WorkLevel[0]},
+        {8, in.WorkAngle[0]},  {5, in.WorkLevel[1]},  {9, in.WorkAngle[1]},  {6, in.WorkLevel[2]},
+        {10, in.WorkAngle[2]}, {7, in.WorkLevel[3]},  {11, in.WorkAngle[3]},
     };
     if (!ctx.isTwoPart()) {
         // Two taught points: C and D repeat B's angle, their levels go as integer zeros.

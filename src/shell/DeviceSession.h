@@ -30,7 +30,7 @@ using CurveTables = std::array<CurveRows, 2>;
 
 // The one process-wide session record shared by every window.
 class DeviceSession {
-public:
+  public:
     static DeviceSession& instance();
 
     // The device-access object; throws DeviceError("Programmer is not connected!") when empty.
@@ -61,7 +61,7 @@ public:
     // Back to the state of a fresh process (tests, the screenshot tool).
     void resetToFreshProcess();
 
-private:
+  private:
     DeviceSession() = default;
     std::shared_ptr<QZ7734Device> m_device;
 };

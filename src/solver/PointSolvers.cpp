@@ -14,7 +14,9 @@ namespace rk31 {
 
 namespace {
 
-QString partNumber(int part) { return QString::number(part + 1); }
+QString partNumber(int part) {
+    return QString::number(part + 1);
+}
 
 void noted(WindowContext& ctx, int part, const QString& tail) {
     ctx.prompts.message(QStringLiteral("Please noted: Part#") + partNumber(part) + tail);

@@ -8,7 +8,7 @@ using namespace rk31;
 
 class StartupTest : public QObject {
     Q_OBJECT
-private slots:
+  private slots:
     void switches_data() {
         QTest::addColumn<QString>("commandLine");
         QTest::addColumn<int>("variant");

@@ -12,7 +12,7 @@ namespace {
 
 // A connected session on the simulated programmer, trace emptied.
 class StateMachineTest : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         session.resetToFreshProcess();
         session.ConnectProgrammer(3, prompts);
@@ -60,30 +60,72 @@ const Cell kCells[] = {
     {"owi-locked-from-owi", 0, true, false, 2, 2, false, {}},
     // One part to Power Off, locked or not.
     {"off-from-off", 0, false, false, 0, 0, true, {}},
-    {"off-from-adc", 0, true, false, 1, 0, true,
+    {"off-from-adc",
+     0,
+     true,
+     false,
+     1,
+     0,
+     true,
      {"PowerOffChip(0)", "EnterADCMode(0)", "SelectOutputChannel(0)"}},
-    {"off-from-owi", 1, false, false, 2, 0, true,
+    {"off-from-owi",
+     1,
+     false,
+     false,
+     2,
+     0,
+     true,
      {"PowerOffChip(1)", "EnterADCMode(1)", "SelectOutputChannel(1)"}},
     {"off-from-other", 1, false, false, 3, 0, true, {}},
     // Both parts to ADC mode.
-    {"both-adc-from-off", 2, false, false, 0, 1, true,
+    {"both-adc-from-off",
+     2,
+     false,
+     false,
+     0,
+     1,
+     true,
      {"PowerOnChip(0)", "PowerOnChip(1)", "EnterADCMode(0)", "EnterADCMode(1)"}},
-    {"both-adc-from-owi", 2, true, false, 2, 1, true,
+    {"both-adc-from-owi",
+     2,
+     true,
+     false,
+     2,
+     1,
+     true,
      {"ExitOWIMode(0)", "ExitOWIMode(1)", "EnterADCMode(0)", "EnterADCMode(1)"}},
     {"both-adc-from-adc", 2, false, false, 1, 1, true, {}},
     {"both-adc-both-locked", 2, true, true, 0, 1, true, {"EnterADCMode(0)", "EnterADCMode(1)"}},
     // Both parts to OWI mode.
-    {"both-owi-from-off", 2, false, false, 0, 2, true,
+    {"both-owi-from-off",
+     2,
+     false,
+     false,
+     0,
+     2,
+     true,
      {"PowerOnChip(0)", "PowerOnChip(1)", "EnterOWIMode(3)"}},
     {"both-owi-from-adc", 2, false, false, 1, 2, true, {"EnterOWIMode(3)"}},
     {"both-owi-from-owi", 2, false, false, 2, 2, true, {"EnterOWIMode(3)"}},
     {"both-owi-from-other", 2, false, false, 6, 2, true, {}},
     {"both-owi-one-locked", 2, false, true, 1, 2, false, {}},
     // Both parts to Power Off: the output channel goes back to Part#1 only.
-    {"both-off-from-adc", 2, false, false, 1, 0, true,
+    {"both-off-from-adc",
+     2,
+     false,
+     false,
+     1,
+     0,
+     true,
      {"PowerOffChip(0)", "PowerOffChip(1)", "EnterADCMode(0)", "EnterADCMode(1)",
       "SelectOutputChannel(0)"}},
-    {"both-off-from-owi", 2, true, true, 2, 0, true,
+    {"both-off-from-owi",
+     2,
+     true,
+     true,
+     2,
+     0,
+     true,
      {"PowerOffChip(0)", "PowerOffChip(1)", "EnterADCMode(0)", "EnterADCMode(1)",
       "SelectOutputChannel(0)"}},
     {"both-off-from-off", 2, false, false, 0, 0, true, {}},
@@ -143,9 +185,9 @@ TEST_F(StateMachineTest, ConnectionStateMovesBothPartsToPowerOff) {
 
     session.ChipState = {2, 1};
     machine.SetConnectionState(1);
-    EXPECT_EQ(trace(), QStringList({"PowerOffChip(0)", "EnterADCMode(0)", "SelectOutputChannel(0)",
-                                    "PowerOffChip(1)", "EnterADCMode(1)",
-                                    "SelectOutputChannel(1)"}));
+    EXPECT_EQ(trace(),
+              QStringList({"PowerOffChip(0)", "EnterADCMode(0)", "SelectOutputChannel(0)",
+                           "PowerOffChip(1)", "EnterADCMode(1)", "SelectOutputChannel(1)"}));
     EXPECT_EQ(session.ChipState, (std::array<std::int32_t, 2>{0, 0}));
 
     machine.SetConnectionState(0);

@@ -12,11 +12,11 @@ TEST(NumberText, GrammarAndLowercaseERule) {
         const char* text;
         bool number;
     } cases[] = {
-        {"360", true},    {"-1", true},   {"+1", true},      {" 12.5 ", true}, {".5", true},
-        {"5.", true},     {"1E2", true},  {"1E+2", true},    {"1E-2", true},   {"123.456", true},
-        {"1E50", true},   {"1e2", false}, {"abc", false},    {"", false},      {" ", false},
-        {".", false},     {"-", false},   {"1E", false},     {"1.2.3", false}, {"1,5", false},
-        {"--1", false},   {"5 5", false}, {"0x10", false},   {"1d2", false},   {"١٢", false},
+        {"360", true},  {"-1", true},   {"+1", true},    {" 12.5 ", true}, {".5", true},
+        {"5.", true},   {"1E2", true},  {"1E+2", true},  {"1E-2", true},   {"123.456", true},
+        {"1E50", true}, {"1e2", false}, {"abc", false},  {"", false},      {" ", false},
+        {".", false},   {"-", false},   {"1E", false},   {"1.2.3", false}, {"1,5", false},
+        {"--1", false}, {"5 5", false}, {"0x10", false}, {"1d2", false},   {"١٢", false},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(IsNumberText(QString::fromUtf8(c.text)), c.number) << c.text;
@@ -35,10 +35,9 @@ TEST(NumberText, TextToValueConvertsAndReportsOverflow) {
     EXPECT_EQ(TextToValue("1E50", prompts), 0.0f);
     EXPECT_EQ(TextToValue("abc", prompts), 0.0f);
     EXPECT_EQ(TextToValue("-1E39", prompts), 0.0f);
-    EXPECT_EQ(prompts.messages,
-              QStringList({"Wrong Float Data Input Detected : 1E50 !!!",
-                           "Wrong Float Data Input Detected : abc !!!",
-                           "Wrong Float Data Input Detected : -1E39 !!!"}));
+    EXPECT_EQ(prompts.messages, QStringList({"Wrong Float Data Input Detected : 1E50 !!!",
+                                             "Wrong Float Data Input Detected : abc !!!",
+                                             "Wrong Float Data Input Detected : -1E39 !!!"}));
 }
 
 TEST(NumberText, LargestSingleIsAccepted) {

@@ -8,8 +8,8 @@ TEST(Rounding, HalvesGoToTheEvenNeighbour) {
     const struct {
         double in;
         int out;
-    } cases[] = {{2.5, 2},   {3.5, 4},    {0.5, 0},   {-0.5, 0}, {-1.5, -2}, {82.5, 82},
-                 {83.5, 84}, {2.4999, 2}, {2.51, 3},  {-2.5, -2}, {359.6, 360}, {0.0, 0}};
+    } cases[] = {{2.5, 2},   {3.5, 4},    {0.5, 0},  {-0.5, 0},  {-1.5, -2},   {82.5, 82},
+                 {83.5, 84}, {2.4999, 2}, {2.51, 3}, {-2.5, -2}, {359.6, 360}, {0.0, 0}};
     for (const auto& c : cases) {
         EXPECT_EQ(RoundToInt16(c.in), c.out) << c.in;
         EXPECT_EQ(RoundToInt32(c.in), c.out) << c.in;

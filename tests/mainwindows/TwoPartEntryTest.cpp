@@ -25,7 +25,7 @@ std::unique_ptr<TwoPartWindow> makeWindow(int variant) {
 
 class TwoPartEntryTest : public QObject {
     Q_OBJECT
-private slots:
+  private slots:
     void init() { bench = std::make_unique<Bench>(); }
     void cleanup() { bench.reset(); }
 
@@ -44,7 +44,7 @@ private slots:
     void portWithoutProgrammerStillConnectsButReportsTheChannel();
     void aboutWhileOfflineShowsNoVersion();
 
-private:
+  private:
     std::unique_ptr<Bench> bench;
 };
 
@@ -101,71 +101,93 @@ void TwoPartEntryTest::boxesAreCorrectedWhenLeft_data() {
 
     const QString dp103 =
         "Part#1: : DP Input cannot be more than or equal to 360! Using 359.99 instead!";
-    const QString invalidDp2 = "Part#2: : DP Input is Invalid! Restoring to default" + kEllipsis +
-                               " Please try again!";
+    const QString invalidDp2 =
+        "Part#2: : DP Input is Invalid! Restoring to default" + kEllipsis + " Please try again!";
     QTest::newRow("DP 360") << 1 << "DP" << 0 << "360" << dp103 << "359.99" << 359.99f;
     QTest::newRow("DP 360 one supply") << 0 << "DP" << 0 << "360" << dp103 << "359.99" << 359.99f;
     QTest::newRow("DP -1") << 1 << "DP" << 0 << "-1"
                            << "Part#1: : DP Input cannot be less than 0! Using 0 instead!"
                            << "0" << 0.0f;
-    QTest::newRow("DP 0") << 1 << "DP" << 0 << "0" << "" << "0.00" << 0.0f;
+    QTest::newRow("DP 0") << 1 << "DP" << 0 << "0"
+                          << ""
+                          << "0.00" << 0.0f;
     QTest::newRow("DP 1e2") << 1 << "DP" << 1 << "1e2" << invalidDp2 << "260.00" << 260.0f;
-    QTest::newRow("DP 1E2") << 1 << "DP" << 1 << "1E2" << "" << "100.00" << 100.0f;
+    QTest::newRow("DP 1E2") << 1 << "DP" << 1 << "1E2"
+                            << ""
+                            << "100.00" << 100.0f;
     QTest::newRow("DP abc") << 0 << "DP" << 1 << "abc" << invalidDp2 << "260.00" << 260.0f;
     QTest::newRow("DP empty") << 1 << "DP" << 1 << "" << invalidDp2 << "260.00" << 260.0f;
     QTest::newRow("DP 1E50") << 1 << "DP" << 0 << "1E50"
                              << "Wrong Float Data Input Detected : 1E50 !!!"
                              << "1" + QString(50, u'0') + ".00" << 0.0f;
-    QTest::newRow("clamp low 150") << 1 << "clamplow" << 0 << "150" << "" << "100" << 100.0f;
-    QTest::newRow("clamp low 150 one supply")
-        << 0 << "clamplow" << 0 << "150" << "" << "99.99" << 99.99f;
-    QTest::newRow("clamp low 100") << 1 << "clamplow" << 1 << "100" << "" << "100.00" << 100.0f;
-    QTest::newRow("clamp low 100 one supply")
-        << 0 << "clamplow" << 1 << "100" << "" << "99.99" << 99.99f;
-    QTest::newRow("clamp low abc")
-        << 1 << "clamplow" << 0 << "abc"
-        << "Part#1: : Clamp Low Input is Invalid! Restoring to default" + kEllipsis +
-               " Please try again!"
-        << "5.00" << 5.0f;
-    QTest::newRow("clamp high 0") << 1 << "clamphigh" << 0 << "0" << "" << "0.00" << 0.0f;
-    QTest::newRow("clamp high 0 one supply")
-        << 0 << "clamphigh" << 0 << "0" << "" << "0.01" << 0.01f;
-    QTest::newRow("clamp high 1E50 one supply")
-        << 0 << "clamphigh" << 1 << "1E50" << "Wrong Float Data Input Detected : 1E50 !!!"
-        << "0.01" << 0.01f;
+    QTest::newRow("clamp low 150") << 1 << "clamplow" << 0 << "150"
+                                   << ""
+                                   << "100" << 100.0f;
+    QTest::newRow("clamp low 150 one supply") << 0 << "clamplow" << 0 << "150"
+                                              << ""
+                                              << "99.99" << 99.99f;
+    QTest::newRow("clamp low 100") << 1 << "clamplow" << 1 << "100"
+                                   << ""
+                                   << "100.00" << 100.0f;
+    QTest::newRow("clamp low 100 one supply") << 0 << "clamplow" << 1 << "100"
+                                              << ""
+                                              << "99.99" << 99.99f;
+    QTest::newRow("clamp low abc") << 1 << "clamplow" << 0 << "abc"
+                                   << "Part#1: : Clamp Low Input is Invalid! Restoring to default" +
+                                          kEllipsis + " Please try again!"
+                                   << "5.00" << 5.0f;
+    QTest::newRow("clamp high 0") << 1 << "clamphigh" << 0 << "0"
+                                  << ""
+                                  << "0.00" << 0.0f;
+    QTest::newRow("clamp high 0 one supply") << 0 << "clamphigh" << 0 << "0"
+                                             << ""
+                                             << "0.01" << 0.01f;
+    QTest::newRow("clamp high 1E50 one supply") << 0 << "clamphigh" << 1 << "1E50"
+                                                << "Wrong Float Data Input Detected : 1E50 !!!"
+                                                << "0.01" << 0.01f;
     QTest::newRow("clamp high 1e2")
         << 1 << "clamphigh" << 1 << "1e2"
         << "Part#2: : Clamp High Input is Invalid! Restoring to default" + kEllipsis +
                " Please try again!"
         << "95.00" << 95.0f;
-    QTest::newRow("angle A x")
-        << 1 << "Angle" << 0 << "x"
-        << "Part#1: Angle A Input is Invalid! Restoring to default" + kEllipsis +
-               " Please try again!"
-        << "" << 500.0f;
+    QTest::newRow("angle A x") << 1 << "Angle" << 0 << "x"
+                               << "Part#1: Angle A Input is Invalid! Restoring to default" +
+                                      kEllipsis + " Please try again!"
+                               << "" << 500.0f;
     QTest::newRow("angle C of part 2 below 0")
-        << 0 << "Angle" << 6 << "-1" << "Part#2: Angle C Input cannot be less than 0! Using 0 instead!"
+        << 0 << "Angle" << 6 << "-1"
+        << "Part#2: Angle C Input cannot be less than 0! Using 0 instead!"
         << "0" << 0.0f;
     QTest::newRow("angle D 360")
         << 1 << "Angle" << 3 << "360"
         << "Part#1: Angle D Input cannot be more than or equal to 360! Using 359.99 instead!"
         << "359.99" << 359.99f;
-    QTest::newRow("angle emptied") << 1 << "Angle" << 1 << "" << "" << "" << 500.0f;
-    QTest::newRow("angle 123.456") << 1 << "Angle" << 5 << "123.456" << "" << "123.46" << 123.456f;
-    QTest::newRow("level -5") << 1 << "Level" << 0 << "-5" << "" << "0.00" << 0.0f;
-    QTest::newRow("level 150") << 1 << "Level" << 4 << "150" << "" << "100.00" << 100.0f;
-    QTest::newRow("level 100") << 0 << "Level" << 7 << "100" << "" << "100.00" << 100.0f;
-    QTest::newRow("level abc")
-        << 1 << "Level" << 5 << "abc"
-        << "Part#2: Level B Input is Invalid! Restoring to default" + kEllipsis +
-               " Please try again!"
-        << "" << 0.0f;
-    QTest::newRow("slope -0.25") << 1 << "KforA" << 0 << "-0.25" << "" << "-0.2500" << -0.25f;
-    QTest::newRow("slope abc")
-        << 1 << "KforA" << 0 << "abc"
-        << "Part#1: Slope Input is Invalid! Restoring to default" + kEllipsis +
-               " Please try again!"
-        << "" << 500.0f;
+    QTest::newRow("angle emptied") << 1 << "Angle" << 1 << ""
+                                   << ""
+                                   << "" << 500.0f;
+    QTest::newRow("angle 123.456") << 1 << "Angle" << 5 << "123.456"
+                                   << ""
+                                   << "123.46" << 123.456f;
+    QTest::newRow("level -5") << 1 << "Level" << 0 << "-5"
+                              << ""
+                              << "0.00" << 0.0f;
+    QTest::newRow("level 150") << 1 << "Level" << 4 << "150"
+                               << ""
+                               << "100.00" << 100.0f;
+    QTest::newRow("level 100") << 0 << "Level" << 7 << "100"
+                               << ""
+                               << "100.00" << 100.0f;
+    QTest::newRow("level abc") << 1 << "Level" << 5 << "abc"
+                               << "Part#2: Level B Input is Invalid! Restoring to default" +
+                                      kEllipsis + " Please try again!"
+                               << "" << 0.0f;
+    QTest::newRow("slope -0.25") << 1 << "KforA" << 0 << "-0.25"
+                                 << ""
+                                 << "-0.2500" << -0.25f;
+    QTest::newRow("slope abc") << 1 << "KforA" << 0 << "abc"
+                               << "Part#1: Slope Input is Invalid! Restoring to default" +
+                                      kEllipsis + " Please try again!"
+                               << "" << 500.0f;
 }
 
 void TwoPartEntryTest::boxesAreCorrectedWhenLeft() {
@@ -241,11 +263,12 @@ void TwoPartEntryTest::connectedPartInAdcModeIsUsable() {
     check(w, "PartEnable", 0, true);
     ToADCMode(window.context(), 0);
     QCOMPARE(find<QLabel>(w, "status")->text(),
-             QStringLiteral("Ready: Connected with Programmer -- Part#1: ADC Mode -- Part#2: Power Off"));
-    for (const char* name : {"PartFrame", "PowerOn", "newdevice", "lineargraph", "DP", "VDD",
-                             "Rangle", "KforA", "op", "hys", "hysup", "Kpolarity", "viewoutput",
-                             "GetDP", "btnreadangle", "owilock", "Advanced", "btnconfigsolver",
-                             "swobtn"}) {
+             QStringLiteral(
+                 "Ready: Connected with Programmer -- Part#1: ADC Mode -- Part#2: Power Off"));
+    for (const char* name :
+         {"PartFrame", "PowerOn", "newdevice", "lineargraph", "DP", "VDD", "Rangle", "KforA", "op",
+          "hys", "hysup", "Kpolarity", "viewoutput", "GetDP", "btnreadangle", "owilock", "Advanced",
+          "btnconfigsolver", "swobtn"}) {
         QVERIFY2(usable(w, name, 0), name);
         QVERIFY2(!usable(w, name, 1), name);
     }
@@ -300,8 +323,9 @@ void TwoPartEntryTest::unknownStateIsShownAsUnrecognized() {
     window.context().machine.ChipChangeToState(1, 0, 7);
     UpdateControl(window.context());
     QCOMPARE(bench->prompts.messages, QStringList{"Error: There is no such state: 7"});
-    QVERIFY(find<QLabel>(&window, "status")->text().endsWith(
-        " -- Part#1: Power Off -- Part#2: Unrecognized Mode!"));
+    QVERIFY(find<QLabel>(&window, "status")
+                ->text()
+                .endsWith(" -- Part#1: Power Off -- Part#2: Unrecognized Mode!"));
     QVERIFY(!usable(&window, "DP", 1));
     QVERIFY(!usable(&window, "btnconfigsolver", 1));
 }
@@ -316,7 +340,8 @@ void TwoPartEntryTest::connectsThroughThePortDialogAndBack() {
     QCOMPARE(DeviceSession::instance().ProgrammerConnected, 1);
     QCOMPARE(bench->trace(), QStringList{"OpenChannel(3)"});
     QCOMPARE(find<QLabel>(w, "status")->text(),
-             QStringLiteral("Ready: Connected with Programmer -- Part#1: Power Off -- Part#2: Power Off"));
+             QStringLiteral(
+                 "Ready: Connected with Programmer -- Part#1: Power Off -- Part#2: Power Off"));
 
     click(w, "connect");
     QCOMPARE(textOf(w, "connect"), QStringLiteral("Connect"));
@@ -354,12 +379,12 @@ void TwoPartEntryTest::portWithoutProgrammerStillConnectsButReportsTheChannel() 
 void TwoPartEntryTest::aboutWhileOfflineShowsNoVersion() {
     MainForm2Parts2Src window;
     QString shown;
-    bench->prompts.dialogScripts.push_back([&](QDialog& about) {
-        shown = about.findChild<QLabel*>("HWversion")->text();
-    });
+    bench->prompts.dialogScripts.push_back(
+        [&](QDialog& about) { shown = about.findChild<QLabel*>("HWversion")->text(); });
     click(&window, "btnAbout");
     QCOMPARE(bench->prompts.messages,
-             QStringList{"Cannot read version, Programmer is not connected or Device is not powered on!"});
+             QStringList{
+                 "Cannot read version, Programmer is not connected or Device is not powered on!"});
     QCOMPARE(shown, QStringLiteral("Hardware Version: 0.0.0"));
 }
 

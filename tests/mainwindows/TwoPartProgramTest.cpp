@@ -45,7 +45,11 @@ std::unique_ptr<W> poweredWindow(Bench& bench) {
 }
 
 QString param(int part, int id, const QString& value, int mode = 1) {
-    return QStringLiteral("SetSolverParameter(%1, %2, %3, %4)").arg(part).arg(id).arg(value).arg(mode);
+    return QStringLiteral("SetSolverParameter(%1, %2, %3, %4)")
+        .arg(part)
+        .arg(id)
+        .arg(value)
+        .arg(mode);
 }
 
 // The eleven SolverImage calls of a part: clamps and DP, then level and angle of A to D.
@@ -62,10 +66,9 @@ QStringList image(int part, const QStringList& clampsAndDp, const QStringList& p
     return calls;
 }
 
-const std::vector<Typed> kTwoPoints = {{"Angle", 0, "100"}, {"Level", 0, "20"},
-                                       {"Angle", 1, "200"}, {"Level", 1, "80"},
-                                       {"clamplow", 0, "10"}, {"clamphigh", 0, "90"},
-                                       {"DP", 0, "300"}};
+const std::vector<Typed> kTwoPoints = {
+    {"Angle", 0, "100"},   {"Level", 0, "20"},     {"Angle", 1, "200"}, {"Level", 1, "80"},
+    {"clamplow", 0, "10"}, {"clamphigh", 0, "90"}, {"DP", 0, "300"}};
 
 float outputAt(Bench& bench, int part, double angle) {
     bench.box().setMagnetAngle(angle);
@@ -80,7 +83,7 @@ constexpr float kDacStep = 100.0f / 4095.0f;
 
 class TwoPartProgramTest : public QObject {
     Q_OBJECT
-private slots:
+  private slots:
     void cleanup() { bench.reset(); }
 
     void programsTwoPointsAndTheChipOutputsThem();
@@ -97,7 +100,7 @@ private slots:
     void oneSupplyProgramsBothParts();
     void oneSupplyUsesTheSlopeOnlyWhenBothPartsHaveOne();
 
-private:
+  private:
     Bench& makeBench(const sim::SimConfig& config = {}) {
         bench = std::make_unique<Bench>(config);
         return *bench;
@@ -112,11 +115,10 @@ void TwoPartProgramTest::programsTwoPointsAndTheChipOutputsThem() {
     typeAll(w, kTwoPoints);
     click(w, "btnconfigsolver", 0);
     QCOMPARE(b.prompts.messages, QStringList());
-    QCOMPARE(b.trace(), image(0, {"10", "90", "300"},
-                              {"20", "100", "80", "200", "0", "200", "0", "200"}) +
-                            QStringList({"GetSolverAccess()", "WriteBufferToDevice(0)",
-                                         "SetOutputMode(0, 0, 0, 0)", "ProgramEEPROM(0)",
-                                         "EnterOWIMode(0)"}));
+    QCOMPARE(b.trace(),
+             image(0, {"10", "90", "300"}, {"20", "100", "80", "200", "0", "200", "0", "200"}) +
+                 QStringList({"GetSolverAccess()", "WriteBufferToDevice(0)",
+                              "SetOutputMode(0, 0, 0, 0)", "ProgramEEPROM(0)", "EnterOWIMode(0)"}));
     QCOMPARE(DeviceSession::instance().ChipState[0], 2);
 
     ToADCMode(window->context(), 0);
@@ -134,24 +136,24 @@ void TwoPartProgramTest::pointsReachTheChipInSolverOrder_data() {
     QTest::addColumn<bool>("reversed");
 
     QTest::newRow("four points upwards")
-        << QStringList{"Angle:0=10", "Level:0=10", "Angle:1=100", "Level:1=30", "Angle:2=200",
-                       "Level:2=60", "Angle:3=300", "Level:3=90"}
+        << QStringList{"Angle:0=10",  "Level:0=10", "Angle:1=100", "Level:1=30",
+                       "Angle:2=200", "Level:2=60", "Angle:3=300", "Level:3=90"}
         << QStringList{"10", "10", "30", "100", "60", "200", "90", "300"} << false;
     QTest::newRow("four points downwards are reversed")
-        << QStringList{"Angle:0=300", "Level:0=90", "Angle:1=200", "Level:1=60", "Angle:2=100",
-                       "Level:2=30", "Angle:3=10", "Level:3=10"}
+        << QStringList{"Angle:0=300", "Level:0=90", "Angle:1=200", "Level:1=60",
+                       "Angle:2=100", "Level:2=30", "Angle:3=10",  "Level:3=10"}
         << QStringList{"10", "10", "30", "100", "60", "200", "90", "300"} << true;
     QTest::newRow("four points through zero")
-        << QStringList{"Angle:0=350", "Level:0=10", "Angle:1=20", "Level:1=30", "Angle:2=100",
-                       "Level:2=60", "Angle:3=200", "Level:3=90"}
+        << QStringList{"Angle:0=350", "Level:0=10", "Angle:1=20",  "Level:1=30",
+                       "Angle:2=100", "Level:2=60", "Angle:3=200", "Level:3=90"}
         << QStringList{"10", "350", "30", "20", "60", "100", "90", "200"} << false;
     QTest::newRow("three points downwards")
-        << QStringList{"Angle:0=200", "Level:0=80", "Angle:1=100", "Level:1=50", "Angle:2=10",
-                       "Level:2=20"}
+        << QStringList{"Angle:0=200", "Level:0=80", "Angle:1=100",
+                       "Level:1=50",  "Angle:2=10", "Level:2=20"}
         << QStringList{"20", "10", "50", "100", "80", "200", "0", "200"} << true;
     QTest::newRow("two points, D ignored")
-        << QStringList{"Angle:0=100", "Level:0=20", "Angle:1=200", "Level:1=80", "Angle:3=300",
-                       "Level:3=90"}
+        << QStringList{"Angle:0=100", "Level:0=20",  "Angle:1=200",
+                       "Level:1=80",  "Angle:3=300", "Level:3=90"}
         << QStringList{"20", "100", "80", "200", "0", "200", "0", "200"} << false;
     QTest::newRow("two points clockwise")
         << QStringList{"Angle:0=200", "Level:0=20", "Angle:1=100", "Level:1=80", "clockwise"}
@@ -194,8 +196,12 @@ void TwoPartProgramTest::switchOutputAndPwmReachTheChip() {
     Bench& b = makeBench();
     auto window = poweredWindow<MainForm2Parts2Src>(b);
     QWidget* w = window.get();
-    typeAll(w, {{"Angle", 4, "100"}, {"Level", 4, "20"}, {"Angle", 5, "200"}, {"Level", 5, "80"},
-                {"op", 1, "45"}, {"hys", 1, "2.1"}});
+    typeAll(w, {{"Angle", 4, "100"},
+                {"Level", 4, "20"},
+                {"Angle", 5, "200"},
+                {"Level", 5, "80"},
+                {"op", 1, "45"},
+                {"hys", 1, "2.1"}});
     check(w, "Kpolarity", 1, true);
     auto* mode = find<QComboBox>(w, "OutMode", 1);
     mode->setCurrentIndex(1);
@@ -206,10 +212,10 @@ void TwoPartProgramTest::switchOutputAndPwmReachTheChip() {
     QCOMPARE(b.prompts.messages, QStringList());
     const QStringList expected =
         image(1, {"5", "95", "260"}, {"20", "100", "80", "200", "0", "200", "0", "200"}, 0) +
-        QStringList{"GetMemoryAccess()", param(1, 12, "Single:45", 0),
-                    param(1, 13, "Single:2", 0), param(1, 14, "Long:1", 0),
-                    "GetSolverAccess()", "WriteBufferToDevice(1)", "SetOutputMode(1, 1, 2, 1)",
-                    "ProgramEEPROM(1)", "EnterOWIMode(1)"};
+        QStringList{
+            "GetMemoryAccess()",         param(1, 12, "Single:45", 0), param(1, 13, "Single:2", 0),
+            param(1, 14, "Long:1", 0),   "GetSolverAccess()",          "WriteBufferToDevice(1)",
+            "SetOutputMode(1, 1, 2, 1)", "ProgramEEPROM(1)",           "EnterOWIMode(1)"};
     QCOMPARE(b.trace(), expected);
 }
 
@@ -218,10 +224,11 @@ void TwoPartProgramTest::refusalsSendNothing_data() {
     QTest::addColumn<QStringList>("messages");
     const QString config = "Error Config Solver in programee_click";
     QTest::newRow("clamps equal")
-        << QStringList{"clamphigh:0=50", "clamplow:0=50", "Angle:0=1", "Level:0=1", "Angle:1=2",
-                       "Level:1=2"}
-        << QStringList{"Please noted: Clamp HIGH Setting is not greater than Clamp LOW Setting! "
-                       "Stopping... Please try again!"};
+        << QStringList{"clamphigh:0=50", "clamplow:0=50", "Angle:0=1",
+                       "Level:0=1",      "Angle:1=2",     "Level:1=2"}
+        << QStringList{
+               "Please noted: Clamp HIGH Setting is not greater than Clamp LOW Setting! "
+               "Stopping... Please try again!"};
     QTest::newRow("angle A empty")
         << QStringList{"Angle:1=100", "Level:1=20"}
         << QStringList{"Error Angles of Point A and Point B input", config};
@@ -230,19 +237,20 @@ void TwoPartProgramTest::refusalsSendNothing_data() {
         << QStringList{"Error Angles of Point A and Point B input", config};
     QTest::newRow("angles round to the same degree")
         << QStringList{"Angle:0=10.2", "Level:0=10", "Angle:1=10.4", "Level:1=20"}
-        << QStringList{"Rules: Angles should be DIFFERENT in CCW/CW within [0.0, 360.0) to fill in!",
-                       config};
-    QTest::newRow("level B empty")
-        << QStringList{"Angle:0=10", "Level:0=10", "Angle:1=100"}
-        << QStringList{"Please noted: Part#1-Level#1 is Empty!", config};
+        << QStringList{
+               "Rules: Angles should be DIFFERENT in CCW/CW within [0.0, 360.0) to fill in!",
+               config};
+    QTest::newRow("level B empty") << QStringList{"Angle:0=10", "Level:0=10", "Angle:1=100"}
+                                   << QStringList{"Please noted: Part#1-Level#1 is Empty!", config};
     QTest::newRow("level C empty")
         << QStringList{"Angle:0=10", "Level:0=10", "Angle:1=100", "Level:1=20", "Angle:2=200"}
         << QStringList{"Please noted: Part#1-Level#2 is Empty!", config};
     QTest::newRow("four angles out of order")
-        << QStringList{"Angle:0=10", "Level:0=1", "Angle:1=200", "Level:1=2", "Angle:2=100",
-                       "Level:2=3", "Angle:3=300", "Level:3=4"}
-        << QStringList{"Error: The order of 4 Points angles is unable to be determined in-DrawMain!",
-                       config};
+        << QStringList{"Angle:0=10",  "Level:0=1", "Angle:1=200", "Level:1=2",
+                       "Angle:2=100", "Level:2=3", "Angle:3=300", "Level:3=4"}
+        << QStringList{
+               "Error: The order of 4 Points angles is unable to be determined in-DrawMain!",
+               config};
     QTest::newRow("two levels round to the same percent")
         << QStringList{"Angle:0=10", "Level:0=50.2", "Angle:1=100", "Level:1=49.6"}
         << QStringList{"Please noted: Part#1-Level#0 is the same as Part#1-Level#1 !", config};
@@ -346,7 +354,7 @@ void TwoPartProgramTest::oneSupplyProgramsBothParts() {
         image(1, {"5", "95", "260"}, {"80", "100", "20", "200", "0", "200", "0", "200"}) +
         QStringList{"GetSolverAccess()", "WriteBufferToDevice(0)", "SetOutputMode(0, 0, 0, 0)",
                     "GetSolverAccess()", "WriteBufferToDevice(1)", "SetOutputMode(1, 0, 0, 0)",
-                    "ProgramEEPROM(0)", "ProgramEEPROM(1)", "EnterOWIMode(3)"};
+                    "ProgramEEPROM(0)",  "ProgramEEPROM(1)",       "EnterOWIMode(3)"};
     QCOMPARE(b.trace(), expected);
     QCOMPARE(b.pause.pauses, std::vector<int>{500});
     click(w, "viewoutput");  // both parts to ADC mode; the display is closed at once
@@ -361,8 +369,14 @@ void TwoPartProgramTest::oneSupplyUsesTheSlopeOnlyWhenBothPartsHaveOne() {
     QWidget* w = window.get();
     // Part#1 has a slope, Part#2 only points: both go through the multi-point solver, which
     // takes Part#1's point B instead of its slope.
-    typeAll(w, {{"Angle", 0, "100"}, {"Level", 0, "20"}, {"KforA", 0, "1"}, {"Angle", 1, "150"},
-                {"Level", 1, "40"}, {"Angle", 4, "10"}, {"Level", 4, "10"}, {"Angle", 5, "20"},
+    typeAll(w, {{"Angle", 0, "100"},
+                {"Level", 0, "20"},
+                {"KforA", 0, "1"},
+                {"Angle", 1, "150"},
+                {"Level", 1, "40"},
+                {"Angle", 4, "10"},
+                {"Level", 4, "10"},
+                {"Angle", 5, "20"},
                 {"Level", 5, "20"}});
     click(w, "btnconfigsolver");
     QCOMPARE(b.prompts.messages, QStringList());

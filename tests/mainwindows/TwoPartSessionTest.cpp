@@ -15,8 +15,8 @@ const QString kLockRefused =
     QStringLiteral("Failed to set OWI mode due to CommLock!...Return to ADC mode!");
 const QString kReset = QStringLiteral("Please Reset hardware and try again!");
 
-const QStringList kPowerOnPart1 = {"PowerOnChip(0)",    "EnterADCMode(0)",  "MeasureVDD(0)",
-                                   "EnterOWIMode(0)",   "GetMemoryAccess()", "ReadMemory(0, &H48)"};
+const QStringList kPowerOnPart1 = {"PowerOnChip(0)",  "EnterADCMode(0)",   "MeasureVDD(0)",
+                                   "EnterOWIMode(0)", "GetMemoryAccess()", "ReadMemory(0, &H48)"};
 const QStringList kPowerOffPart1 = {"PowerOffChip(0)", "EnterADCMode(0)", "SelectOutputChannel(0)"};
 
 // A window connected on COM3 with both parts enabled, trace and messages emptied.
@@ -34,13 +34,15 @@ std::unique_ptr<W> connectedWindow(Bench& bench) {
     return window;
 }
 
-QString status(QWidget* w) { return textOf(w, "status"); }
+QString status(QWidget* w) {
+    return textOf(w, "status");
+}
 
 }  // namespace
 
 class TwoPartSessionTest : public QObject {
     Q_OBJECT
-private slots:
+  private slots:
     void cleanup() { bench.reset(); }
 
     void powerOnReadsTheSupplyAndChecksTheChip();
@@ -59,7 +61,7 @@ private slots:
     void commLockPowersOnWhenTheCaptionSaysPowerOn();
     void aboutShowsTheProgrammerVersion();
 
-private:
+  private:
     Bench& makeBench(const sim::SimConfig& config = {}) {
         bench = std::make_unique<Bench>(config);
         return *bench;
@@ -77,7 +79,8 @@ void TwoPartSessionTest::powerOnReadsTheSupplyAndChecksTheChip() {
     QCOMPARE(textOf(w, "VDD", 1), QStringLiteral("5.000"));
     QCOMPARE(textOf(w, "PowerOn", 0), QStringLiteral("Power Off"));
     QCOMPARE(status(w),
-             QStringLiteral("Ready: Connected with Programmer -- Part#1: OWI Mode -- Part#2: Power Off"));
+             QStringLiteral(
+                 "Ready: Connected with Programmer -- Part#1: OWI Mode -- Part#2: Power Off"));
     QVERIFY(b.prompts.messages.isEmpty());
     QVERIFY(usable(w, "btnconfigsolver", 0));
     QVERIFY(!usable(w, "connect"));
@@ -102,8 +105,10 @@ void TwoPartSessionTest::powerOnFailures_data() {
     QTest::newRow("no supply") << "no_supply" << QStringList() << false;
     QTest::newRow("identification read error")
         << "id_error" << QStringList{"Read Error! Please Check chip connections!", kReset} << false;
-    QTest::newRow("locked chip")
-        << "locked" << QStringList{kLockRefused, "OWI communication is locked: F5", kReset} << true;
+    QTest::newRow("locked chip") << "locked"
+                                 << QStringList{kLockRefused, "OWI communication is locked: F5",
+                                                kReset}
+                                 << true;
 }
 
 void TwoPartSessionTest::powerOnFailures() {
@@ -133,9 +138,8 @@ void TwoPartSessionTest::aLockedPartIsReportedAgainOnEveryPowerOn() {
     click(window.get(), "PowerOn", 0);
     // Known locked: the part is started straight into ADC mode and never asked for OWI mode.
     QCOMPARE(b.trace(), QStringList({"EnterADCMode(0)", "MeasureVDD(0)", "EnterADCMode(0)",
-                                     "GetMemoryAccess()", "ReadMemory(0, &H48)",
-                                     "PowerOffChip(0)", "EnterADCMode(0)",
-                                     "SelectOutputChannel(0)"}));
+                                     "GetMemoryAccess()", "ReadMemory(0, &H48)", "PowerOffChip(0)",
+                                     "EnterADCMode(0)", "SelectOutputChannel(0)"}));
     QCOMPARE(b.prompts.messages,
              QStringList({kLockRefused, "OWI communication is locked: F5", kReset}));
 }
@@ -167,9 +171,9 @@ void TwoPartSessionTest::newDeviceClearsProgramsAndCalibrates() {
     click(window.get(), "PowerOn", 1);
     b.trace().clear();
     click(window.get(), "newdevice", 1);
-    QCOMPARE(b.trace(), QStringList({"GetSolverAccess()", "ClearSolverSettings(1)",
-                                     "ProgramEEPROM(1)", "EnterOWIMode(1)",
-                                     "GetDACCalibration(1)"}));
+    QCOMPARE(b.trace(),
+             QStringList({"GetSolverAccess()", "ClearSolverSettings(1)", "ProgramEEPROM(1)",
+                          "EnterOWIMode(1)", "GetDACCalibration(1)"}));
     QVERIFY(b.prompts.messages.isEmpty());
     const DeviceSession& s = DeviceSession::instance();
     QCOMPARE(s.K[1], b.box().dies[1].k);
@@ -183,9 +187,11 @@ void TwoPartSessionTest::newDeviceFaults_data() {
     QTest::newRow("clear fails") << "clear_fail=1" << QStringList{"Errors in ClearSolverSettings!"};
     QTest::newRow("eeprom fails") << "eeprom_fail=1" << QStringList{"Failed in programming device"};
     QTest::newRow("part 1 offsets invalid")
-        << "dac_status=3" << QStringList{"Offset Parameters of Part#1 are invalid! K0: 0.2779412 B0: 0.0125"};
+        << "dac_status=3"
+        << QStringList{"Offset Parameters of Part#1 are invalid! K0: 0.2779412 B0: 0.0125"};
     QTest::newRow("negative status judged by its absolute value")
-        << "dac_status=-2" << QStringList{"Offset Parameters of Part#1 are invalid! K0: 0.2779412 B0: 0.0125"};
+        << "dac_status=-2"
+        << QStringList{"Offset Parameters of Part#1 are invalid! K0: 0.2779412 B0: 0.0125"};
     QTest::newRow("only part 2 offsets invalid") << "dac_status=4" << QStringList();
 }
 
@@ -211,10 +217,10 @@ void TwoPartSessionTest::oneSupplyNewDeviceWorksOnBothParts() {
     b.trace().clear();
     b.pause.pauses.clear();
     click(window.get(), "newdevice");
-    QCOMPARE(b.trace(), QStringList({"GetSolverAccess()", "ClearSolverSettings(0)",
-                                     "ClearSolverSettings(1)", "ProgramEEPROM(0)",
-                                     "ProgramEEPROM(1)", "EnterOWIMode(3)",
-                                     "GetDACCalibration(3)"}));
+    QCOMPARE(b.trace(),
+             QStringList({"GetSolverAccess()", "ClearSolverSettings(0)", "ClearSolverSettings(1)",
+                          "ProgramEEPROM(0)", "ProgramEEPROM(1)", "EnterOWIMode(3)",
+                          "GetDACCalibration(3)"}));
     QCOMPARE(b.pause.pauses, std::vector<int>{500});
     QCOMPARE(b.prompts.messages,
              QStringList({"Error in ClearSolverSettings",
@@ -237,7 +243,8 @@ void TwoPartSessionTest::commLockLocksForGood() {
     QVERIFY(b.prompts.messages.isEmpty());
 
     click(w, "PowerOn", 0);
-    QCOMPARE(b.prompts.messages, QStringList({kLockRefused, "OWI communication is locked: F5", kReset}));
+    QCOMPARE(b.prompts.messages,
+             QStringList({kLockRefused, "OWI communication is locked: F5", kReset}));
     QVERIFY(DeviceSession::instance().CommLocked[0]);
     // Even after a reconnect the chip stays locked and its OWI commands stay off.
     click(w, "connect");
@@ -298,8 +305,8 @@ void TwoPartSessionTest::commLockPowersOnWhenTheCaptionSaysPowerOn() {
     scriptDialogClick(b.prompts, "yes");
     CommLockCommand(ctx, 0);
     // The power command after the lock powers the part on, and finds it locked.
-    QCOMPARE(b.trace().mid(0, 4),
-             QStringList({"GetSolverAccess()", "CommLock(0)", "ExitOWIMode(0)", "EnterADCMode(0)"}));
+    QCOMPARE(b.trace().mid(0, 4), QStringList({"GetSolverAccess()", "CommLock(0)", "ExitOWIMode(0)",
+                                               "EnterADCMode(0)"}));
     QCOMPARE(b.prompts.messages,
              QStringList({kLockRefused, "OWI communication is locked: F5", kReset}));
 }
@@ -308,9 +315,8 @@ void TwoPartSessionTest::aboutShowsTheProgrammerVersion() {
     Bench& b = makeBench(sim::ParseSimConfig("version_fail=1", nullptr));
     auto window = connectedWindow<MainForm2Parts2Src>(b);
     QString shown;
-    b.prompts.dialogScripts.push_back([&](QDialog& about) {
-        shown = about.findChild<QLabel*>("HWversion")->text();
-    });
+    b.prompts.dialogScripts.push_back(
+        [&](QDialog& about) { shown = about.findChild<QLabel*>("HWversion")->text(); });
     click(window.get(), "btnAbout");
     QCOMPARE(b.prompts.messages, QStringList{"Cannot Read Programmer Version!"});
     QCOMPARE(shown, QStringLiteral("Hardware Version: 2.1.7"));

@@ -63,7 +63,7 @@ void selectListItem(QWidget* w, const QString& list, int part, int index) {
 
 class TwoPartToolsTest : public QObject {
     Q_OBJECT
-private slots:
+  private slots:
     void init() { bench = std::make_unique<Bench>(); }
     void cleanup() { bench.reset(); }
 
@@ -86,7 +86,7 @@ private slots:
     void viewOutputShowsTheMeasuredOutput();
     void viewOutputNeedsAdcMode();
 
-private:
+  private:
     std::unique_ptr<Bench> bench;
 };
 
@@ -95,10 +95,14 @@ void TwoPartToolsTest::angleCapture_data() {
     QTest::addColumn<QString>("readAngle");
     QTest::addColumn<QString>("dp");
     QTest::addColumn<float>("dpValue");
-    QTest::newRow("10.004") << 10.004 << "10.00" << "190.00" << 190.0f;
-    QTest::newRow("180") << 180.0 << "180.00" << "0.00" << 0.0f;
-    QTest::newRow("359.5") << 359.5 << "359.50" << "179.50" << 179.5f;
-    QTest::newRow("200.125") << 200.125 << "200.13" << "20.13" << 20.13f;
+    QTest::newRow("10.004") << 10.004 << "10.00"
+                            << "190.00" << 190.0f;
+    QTest::newRow("180") << 180.0 << "180.00"
+                         << "0.00" << 0.0f;
+    QTest::newRow("359.5") << 359.5 << "359.50"
+                           << "179.50" << 179.5f;
+    QTest::newRow("200.125") << 200.125 << "200.13"
+                             << "20.13" << 20.13f;
 }
 
 void TwoPartToolsTest::angleCapture() {
@@ -173,7 +177,8 @@ void TwoPartToolsTest::switchOutputControls() {
     typeInto(w, "op", 1, "360");
     QCOMPARE(textOf(w, "op", 1), QStringLiteral("359.99"));
     QCOMPARE(bench->prompts.messages.last(),
-             QStringLiteral("Part#2: OP  Input cannot be more than or equal to 360! Using 359.99 instead!"));
+             QStringLiteral(
+                 "Part#2: OP  Input cannot be more than or equal to 360! Using 359.99 instead!"));
     bench->box().setMagnetAngle(45.678);
     click(w, "swobtn", 1);
     QCOMPARE(textOf(w, "op", 1), QStringLiteral("45.68"));
@@ -198,10 +203,10 @@ void TwoPartToolsTest::settingsSavedInOneWindowLoadInTheOther() {
         auto window = poweredWindow<MainForm2Parts2Src>(*bench);
         QWidget* w = window.get();
         const std::vector<std::tuple<const char*, int, const char*>> typed = {
-            {"DP", 0, "300"},     {"clamphigh", 0, "90"}, {"clamplow", 1, "12.5"},
-            {"Angle", 0, "100"},  {"Level", 0, "20"},     {"Angle", 1, "200"},
-            {"Level", 1, "80"},   {"Angle", 6, "33.3"},   {"Level", 7, "99"},
-            {"KforA", 1, "-0.25"}, {"op", 1, "45"},       {"hys", 0, "2.5"}};
+            {"DP", 0, "300"},      {"clamphigh", 0, "90"}, {"clamplow", 1, "12.5"},
+            {"Angle", 0, "100"},   {"Level", 0, "20"},     {"Angle", 1, "200"},
+            {"Level", 1, "80"},    {"Angle", 6, "33.3"},   {"Level", 7, "99"},
+            {"KforA", 1, "-0.25"}, {"op", 1, "45"},        {"hys", 0, "2.5"}};
         for (const auto& [box, index, text] : typed) {
             typeInto(w, box, index, text);
         }
@@ -224,12 +229,13 @@ void TwoPartToolsTest::settingsSavedInOneWindowLoadInTheOther() {
         QCOMPARE(other.context().params[1].Slope, -0.25f);
         QCOMPARE(other.context().params[1].Angle[2], 33.3f);
         // The loaded output mode took effect (the list waits only for its frame to be enabled).
-    QVERIFY(!find(&other, "PWMFreq", 1)->testAttribute(Qt::WA_ForceDisabled));
+        QVERIFY(!find(&other, "PWMFreq", 1)->testAttribute(Qt::WA_ForceDisabled));
     }
     QFile file(name + ".txt");
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray content = file.readAll();
-    QVERIFY(content.startsWith("Part #1:\r\nVDD is(V):4.996\r\nDirection is:CW\r\nDP is(deg):300.00\r\n"));
+    QVERIFY(content.startsWith(
+        "Part #1:\r\nVDD is(V):4.996\r\nDirection is:CW\r\nDP is(deg):300.00\r\n"));
     QVERIFY(content.endsWith("PWMFreq is:3\r\nPWMPolarity is0\r\n"));
     QCOMPARE(content.count("\r\n"), 42);
 }
@@ -264,10 +270,12 @@ void TwoPartToolsTest::settingsLoadErrors_data() {
     QTest::addColumn<int>("badLine");
     QTest::addColumn<QString>("message");
     QTest::addColumn<QString>("dp2");  // DP of part 2 after the failed load
-    const QString integrity = "Error with number:%1 occurs! Please check the integrity of profile file!";
+    const QString integrity =
+        "Error with number:%1 occurs! Please check the integrity of profile file!";
     QTest::newRow("41 lines") << 41 << 0 << integrity.arg(62) << "123.00";
     QTest::newRow("letter in line 19") << 42 << 19 << integrity.arg(13) << "260.00";
-    QTest::newRow("missing file") << -1 << 0 << "The selected file cannot be found!" << "260.00";
+    QTest::newRow("missing file") << -1 << 0 << "The selected file cannot be found!"
+                                  << "260.00";
 }
 
 void TwoPartToolsTest::settingsLoadErrors() {
@@ -302,7 +310,8 @@ void TwoPartToolsTest::settingsLoadErrors() {
     click(&window, "mOpen");
     QCOMPARE(bench->prompts.messages, QStringList{message});
     // Controls filled before the error keep their new texts; no re-validation ran.
-    QCOMPARE(textOf(&window, "DP", 0), lines > 0 ? QStringLiteral("111.00") : QStringLiteral("5.00"));
+    QCOMPARE(textOf(&window, "DP", 0),
+             lines > 0 ? QStringLiteral("111.00") : QStringLiteral("5.00"));
     QCOMPARE(window.context().params[0].DP, 5.0f);
     QCOMPARE(textOf(&window, "DP", 1), dp2);
 }
@@ -326,7 +335,8 @@ void TwoPartToolsTest::settingsLoadRevalidates() {
     bench->prompts.fileNames.push_back(path);
     click(&window, "mOpen");
     QCOMPARE(bench->prompts.messages,
-             QStringList{"Part#1: : DP Input cannot be more than or equal to 360! Using 359.99 instead!"});
+             QStringList{
+                 "Part#1: : DP Input cannot be more than or equal to 360! Using 359.99 instead!"});
     QCOMPARE(textOf(&window, "DP", 0), QStringLiteral("359.99"));
     QCOMPARE(textOf(&window, "VDD", 0), QStringLiteral("4.900"));
 }
@@ -373,9 +383,14 @@ void TwoPartToolsTest::linearGraph() {
 
     auto window = poweredWindow<MainForm2Parts2Src>(*bench);
     QWidget* w = window.get();
-    for (const auto& [box, index, text] : std::vector<std::tuple<const char*, int, const char*>>{
-             {"Angle", 4, "100"}, {"Level", 4, "20"}, {"Angle", 5, "200"}, {"Level", 5, "80"},
-             {"clamplow", 1, "10"}, {"clamphigh", 1, "90"}, {"DP", 1, "300"}}) {
+    for (const auto& [box, index, text] :
+         std::vector<std::tuple<const char*, int, const char*>>{{"Angle", 4, "100"},
+                                                                {"Level", 4, "20"},
+                                                                {"Angle", 5, "200"},
+                                                                {"Level", 5, "80"},
+                                                                {"clamplow", 1, "10"},
+                                                                {"clamphigh", 1, "90"},
+                                                                {"DP", 1, "300"}}) {
         typeInto(w, box, index, text);
     }
     QStringList values;
@@ -399,15 +414,21 @@ void TwoPartToolsTest::linearGraph() {
     typeInto(w, "Level", 5, "");
     click(w, "lineargraph", 1);
     QVERIFY(bench->prompts.modalTitles.isEmpty());
-    QCOMPARE(bench->prompts.messages.last(), QStringLiteral("Please noted: Part#2-Level#1 is Empty!"));
+    QCOMPARE(bench->prompts.messages.last(),
+             QStringLiteral("Please noted: Part#2-Level#1 is Empty!"));
 }
 
 void TwoPartToolsTest::linearGraphBothParts() {
     auto window = poweredWindow<MainForm2Parts1Src>(*bench);
     QWidget* w = window.get();
-    for (const auto& [box, index, text] : std::vector<std::tuple<const char*, int, const char*>>{
-             {"Angle", 0, "100"}, {"Level", 0, "20"}, {"Angle", 1, "200"}, {"Level", 1, "80"},
-             {"Angle", 4, "10"}, {"Level", 4, "20"}, {"KforA", 1, "1"}}) {
+    for (const auto& [box, index, text] :
+         std::vector<std::tuple<const char*, int, const char*>>{{"Angle", 0, "100"},
+                                                                {"Level", 0, "20"},
+                                                                {"Angle", 1, "200"},
+                                                                {"Level", 1, "80"},
+                                                                {"Angle", 4, "10"},
+                                                                {"Level", 4, "20"},
+                                                                {"KforA", 1, "1"}}) {
         typeInto(w, box, index, text);
     }
     QStringList second;

@@ -14,7 +14,7 @@ using namespace rk31;
 namespace {
 
 class PointWindowLogic : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override { start({}); }
     void TearDown() override { session.resetToFreshProcess(); }
 
@@ -50,22 +50,24 @@ protected:
     std::unique_ptr<WindowContext> ctx;
 };
 
-const QStringList kPrepareWaitTexts = {
-    "wait: Getting VDD of device...  Please Wait...", "show",
-    "text: Verifying communication status... Please Wait...",
-    "text: Clearing Solver...  Please Wait...", "text: Programming EEPROM...  Please Wait...",
-    "text: System is self correcting... Please Wait...", "close"};
+const QStringList kPrepareWaitTexts = {"wait: Getting VDD of device...  Please Wait...",
+                                       "show",
+                                       "text: Verifying communication status... Please Wait...",
+                                       "text: Clearing Solver...  Please Wait...",
+                                       "text: Programming EEPROM...  Please Wait...",
+                                       "text: System is self correcting... Please Wait...",
+                                       "close"};
 
 }  // namespace
 
 TEST_F(PointWindowLogic, PrepareDeviceReadiesTheSelectedPartOnce) {
     view.setListIndex("PartSel", -1, 1);
     PrepareDevice(*ctx, ctx->selectedPart());
-    EXPECT_EQ(trace(), QStringList({"PowerOnChip(1)", "EnterADCMode(1)", "MeasureVDD(1)",
-                                    "EnterOWIMode(1)", "GetMemoryAccess()", "ReadMemory(1, &H48)",
-                                    "GetSolverAccess()", "ClearSolverSettings(1)",
-                                    "ProgramEEPROM(1)", "EnterOWIMode(1)",
-                                    "GetDACCalibration(1)"}));
+    EXPECT_EQ(trace(),
+              QStringList({"PowerOnChip(1)", "EnterADCMode(1)", "MeasureVDD(1)", "EnterOWIMode(1)",
+                           "GetMemoryAccess()", "ReadMemory(1, &H48)", "GetSolverAccess()",
+                           "ClearSolverSettings(1)", "ProgramEEPROM(1)", "EnterOWIMode(1)",
+                           "GetDACCalibration(1)"}));
     EXPECT_EQ(ui.events, kPrepareWaitTexts);
     EXPECT_TRUE(prompts.messages.isEmpty());
     EXPECT_TRUE(ctx->powered);
@@ -81,13 +83,13 @@ TEST_F(PointWindowLogic, PrepareDeviceReadiesTheSelectedPartOnce) {
 TEST_F(PointWindowLogic, PrepareDeviceForBothParts) {
     start(sim::ParseSimConfig("clear_fail=both;eeprom_fail=2", nullptr), WindowFamily::DualPoint);
     PrepareDevice(*ctx, -1);
-    EXPECT_EQ(trace(),
-              QStringList({"PowerOnChip(0)", "EnterADCMode(0)", "PowerOnChip(1)",
-                           "EnterADCMode(1)", "MeasureVDD(3)", "EnterOWIMode(3)",
-                           "GetMemoryAccess()", "ReadMemory(0, &H48)", "GetMemoryAccess()",
-                           "ReadMemory(1, &H48)", "GetSolverAccess()", "ClearSolverSettings(0)",
-                           "ClearSolverSettings(1)", "ProgramEEPROM(0)", "ProgramEEPROM(1)",
-                           "EnterOWIMode(3)", "GetDACCalibration(3)"}));
+    EXPECT_EQ(
+        trace(),
+        QStringList({"PowerOnChip(0)", "EnterADCMode(0)", "PowerOnChip(1)", "EnterADCMode(1)",
+                     "MeasureVDD(3)", "EnterOWIMode(3)", "GetMemoryAccess()", "ReadMemory(0, &H48)",
+                     "GetMemoryAccess()", "ReadMemory(1, &H48)", "GetSolverAccess()",
+                     "ClearSolverSettings(0)", "ClearSolverSettings(1)", "ProgramEEPROM(0)",
+                     "ProgramEEPROM(1)", "EnterOWIMode(3)", "GetDACCalibration(3)"}));
     // Failures do not stop the preparation; one message per failed clear, one for the EEPROM.
     EXPECT_EQ(prompts.messages,
               QStringList({"Errors in ClearSolverSettings!", "Errors in ClearSolverSettings!",
@@ -106,11 +108,10 @@ TEST_F(PointWindowLogic, PrepareDeviceGivesUpOnAMissingSupplyOrChip) {
         EXPECT_EQ(trace().mid(trace().size() - 3),
                   QStringList({"PowerOffChip(0)", "EnterADCMode(0)", "SelectOutputChannel(0)"}));
         EXPECT_FALSE(trace().contains("ClearSolverSettings(0)"));
-        EXPECT_EQ(prompts.messages,
-                  std::string(fault) == "no_supply=1"
-                      ? QStringList()
-                      : QStringList({"Read Error! Please Check chip connections!",
-                                     "Please Reset hardware and try again!"}));
+        EXPECT_EQ(prompts.messages, std::string(fault) == "no_supply=1"
+                                        ? QStringList()
+                                        : QStringList({"Read Error! Please Check chip connections!",
+                                                       "Please Reset hardware and try again!"}));
         EXPECT_EQ(ui.events.last(), "close");
     }
 }
@@ -124,20 +125,17 @@ TEST_F(PointWindowLogic, ProgramsTwoTaughtPoints) {
     PointProgramAction(*ctx, 0);
     EXPECT_TRUE(prompts.messages.isEmpty());
     // Reversed (clockwise): B first; C and D repeat B's angle with integer zero levels.
-    EXPECT_EQ(trace(), QStringList({"GetMemoryAccess()",
-                                    "SetSolverParameter(0, 1, Single:5, 1)",
-                                    "SetSolverParameter(0, 2, Single:95, 1)",
-                                    "SetSolverParameter(0, 3, Single:260, 1)",
-                                    "SetSolverParameter(0, 4, Single:80, 1)",
-                                    "SetSolverParameter(0, 8, Single:100, 1)",
-                                    "SetSolverParameter(0, 5, Single:20, 1)",
-                                    "SetSolverParameter(0, 9, Single:200, 1)",
-                                    "SetSolverParameter(0, 6, Integer:0, 1)",
-                                    "SetSolverParameter(0, 10, Single:200, 1)",
-                                    "SetSolverParameter(0, 7, Integer:0, 1)",
-                                    "SetSolverParameter(0, 11, Single:200, 1)",
-                                    "GetSolverAccess()", "WriteBufferToDevice(0)",
-                                    "ProgramEEPROM(0)", "EnterOWIMode(0)"}));
+    EXPECT_EQ(
+        trace(),
+        QStringList(
+            {"GetMemoryAccess()", "SetSolverParameter(0, 1, Single:5, 1)",
+             "SetSolverParameter(0, 2, Single:95, 1)", "SetSolverParameter(0, 3, Single:260, 1)",
+             "SetSolverParameter(0, 4, Single:80, 1)", "SetSolverParameter(0, 8, Single:100, 1)",
+             "SetSolverParameter(0, 5, Single:20, 1)", "SetSolverParameter(0, 9, Single:200, 1)",
+             "SetSolverParameter(0, 6, Integer:0, 1)", "SetSolverParameter(0, 10, Single:200, 1)",
+             "SetSolverParameter(0, 7, Integer:0, 1)", "SetSolverParameter(0, 11, Single:200, 1)",
+             "GetSolverAccess()", "WriteBufferToDevice(0)", "ProgramEEPROM(0)",
+             "EnterOWIMode(0)"}));
     EXPECT_EQ(ui.events, QStringList({"wait: Configuring Solver...  Please Wait...", "show",
                                       "text: Programming EEPROM...  Please Wait...", "close"}));
     EXPECT_TRUE(session.rounded.PointsReversed[0]);
@@ -150,15 +148,40 @@ TEST_F(PointWindowLogic, TwoPointRefusals) {
         const char* emptyLevel;  // Level box emptied by the user, if any
         QStringList messages;
     } cases[] = {
-        {"angle out of range", 500, 20, 100, 80, nullptr,
+        {"angle out of range",
+         500,
+         20,
+         100,
+         80,
+         nullptr,
          {"Error Angles of Point A and Point B input", "Error: Not 2 points Mode!"}},
-        {"equal rounded angles", 100.2f, 20, 99.8f, 80, nullptr,
+        {"equal rounded angles",
+         100.2f,
+         20,
+         99.8f,
+         80,
+         nullptr,
          {"Rules: Wrong in configure 2 points!", "Error: Not 2 points Mode!"}},
-        {"level A empty", 100, 0, 200, 80, "Level_0",
+        {"level A empty",
+         100,
+         0,
+         200,
+         80,
+         "Level_0",
          {"Please noted: Part#1-Level#0 is Empty!", "Error: Not 2 points Mode!"}},
-        {"level B empty", 100, 20, 200, 0, "Level_1",
+        {"level B empty",
+         100,
+         20,
+         200,
+         0,
+         "Level_1",
          {"Please noted: Part#1-Level#1 is Empty!", "Error: Not 2 points Mode!"}},
-        {"equal rounded levels", 100, 50.4f, 200, 49.6f, nullptr,
+        {"equal rounded levels",
+         100,
+         50.4f,
+         200,
+         49.6f,
+         nullptr,
          {"Please noted: Part#1-Level#0 is the same as Part#1-Level#1 !",
           "Error: Not 2 points Mode!"}},
     };
@@ -190,7 +213,7 @@ TEST_F(PointWindowLogic, DualWindowProgramsBothPartsAndReportsTheEepromOnce) {
     PointProgramAction(*ctx, kBothParts);
     EXPECT_EQ(prompts.messages, QStringList{"Failed in programming device"});
     const QStringList tail = trace().mid(trace().indexOf("GetSolverAccess()"));
-    EXPECT_EQ(tail, QStringList({"GetSolverAccess()", "WriteBufferToDevice(0)",
-                                 "GetSolverAccess()", "WriteBufferToDevice(1)", "ProgramEEPROM(0)",
-                                 "ProgramEEPROM(1)", "EnterOWIMode(3)"}));
+    EXPECT_EQ(tail, QStringList({"GetSolverAccess()", "WriteBufferToDevice(0)", "GetSolverAccess()",
+                                 "WriteBufferToDevice(1)", "ProgramEEPROM(0)", "ProgramEEPROM(1)",
+                                 "EnterOWIMode(3)"}));
 }

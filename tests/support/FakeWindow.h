@@ -12,7 +12,7 @@ namespace rk31::test {
 // Controls as plain values: window procedures run against it without any widget. A control
 // springs into existence the first time it is named.
 class FakeView : public ControlView {
-public:
+  public:
     struct Control {
         QString text;
         int value = 0;
@@ -22,7 +22,9 @@ public:
         bool visible = true;
     };
 
-    QString text(const QString& name, int index = -1) const override { return at(name, index).text; }
+    QString text(const QString& name, int index = -1) const override {
+        return at(name, index).text;
+    }
     void setText(const QString& name, int index, const QString& text) override {
         at(name, index).text = text;
     }
@@ -59,14 +61,14 @@ public:
         return m_controls[index < 0 ? name : name + u'_' + QString::number(index)];
     }
 
-private:
+  private:
     mutable QHash<QString, Control> m_controls;
 };
 
 // Records what the procedures do with their wait windows and dialogs, in order:
 // "wait: <text>", "show", "text: <text>", "close".
 class FakeUi : public WindowUi {
-public:
+  public:
     std::unique_ptr<WaitWindow> createWaitWindow(const QString& text) override {
         events << "wait: " + text;
         return std::make_unique<Wait>(events);
@@ -90,15 +92,15 @@ public:
     std::int16_t port = 3;
     bool confirmed = false;
 
-private:
+  private:
     class Wait : public WaitWindow {
-    public:
+      public:
         explicit Wait(QStringList& events) : m_events(events) {}
         ~Wait() override { m_events << "close"; }
         void show() override { m_events << "show"; }
         void TextChange(const QString& text) override { m_events << "text: " + text; }
 
-    private:
+      private:
         QStringList& m_events;
     };
 };

@@ -13,7 +13,7 @@ namespace rk31::test {
 // An unscripted question answers No, an unscripted file dialog is cancelled, an unscripted modal
 // dialog is closed with its close box.
 class ScriptedPrompts : public Prompts {
-public:
+  public:
     using DialogScript = std::function<void(QDialog&)>;
 
     void message(const QString& text) override;
@@ -38,7 +38,7 @@ public:
 };
 
 class RecordingPause : public Pause {
-public:
+  public:
     void sleep(int milliseconds) override { pauses.push_back(milliseconds); }
     std::vector<int> pauses;
 };

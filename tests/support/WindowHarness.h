@@ -118,9 +118,8 @@ inline void scriptPortChoice(ScriptedPrompts& prompts, const QString& port) {
 
 // Scripts the next modal dialog to be answered by clicking its button `name`.
 inline void scriptDialogClick(ScriptedPrompts& prompts, const QString& name) {
-    prompts.dialogScripts.push_back([name](QDialog& dialog) {
-        dialog.findChild<QAbstractButton*>(name)->click();
-    });
+    prompts.dialogScripts.push_back(
+        [name](QDialog& dialog) { dialog.findChild<QAbstractButton*>(name)->click(); });
 }
 
 }  // namespace rk31::test

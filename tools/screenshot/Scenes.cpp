@@ -8,13 +8,13 @@
 
 #include "chipsession/ChipStateMachine.h"
 #include "chipsession/SessionControls.h"
+#include "core/Services.h"
 #include "display/RealTimeDisplayBar.h"
 #include "display/frmLinearGraph.h"
+#include "link/widgets/frmComport.h"
 #include "mainwindows/MainForm2Parts.h"
 #include "params/FieldValidation.h"
 #include "params/UpdateControl.h"
-#include "core/Services.h"
-#include "link/widgets/frmComport.h"
 #include "programming/widgets/frmadvanced.h"
 #include "shell/DeviceSession.h"
 #include "shell/widgets/About.h"
@@ -78,10 +78,13 @@ std::unique_ptr<QWidget> connectedMainWindow(std::unique_ptr<TwoPartWindow> wind
         int index;
         const char* text;
         Field field;
-    } typed[] = {{ctl::Angle, 0, "100", Field::Angle}, {ctl::Level, 0, "20", Field::Level},
-                 {ctl::Angle, 1, "200", Field::Angle}, {ctl::Level, 1, "80", Field::Level},
+    } typed[] = {{ctl::Angle, 0, "100", Field::Angle},
+                 {ctl::Level, 0, "20", Field::Level},
+                 {ctl::Angle, 1, "200", Field::Angle},
+                 {ctl::Level, 1, "80", Field::Level},
                  {ctl::clamplow, 0, "10", Field::ClampLow},
-                 {ctl::clamphigh, 0, "90", Field::ClampHigh}, {ctl::DP, 0, "300", Field::DP}};
+                 {ctl::clamphigh, 0, "90", Field::ClampHigh},
+                 {ctl::DP, 0, "300", Field::DP}};
     for (const auto& t : typed) {
         ctx.view.setText(t.name, t.index, QString::fromLatin1(t.text));
         ValidateField(ctx, t.field, t.index);

@@ -6,9 +6,9 @@
 #include <cstdio>
 
 #include "Scenes.h"
-#include "shell/DeviceSession.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
+#include "shell/DeviceSession.h"
 
 namespace {
 

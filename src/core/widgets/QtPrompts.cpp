@@ -41,8 +41,12 @@ QString QtPrompts::saveFileName(const QString& title, const QString& suggested) 
                                         nullptr, QFileDialog::DontConfirmOverwrite);
 }
 
-void QtPrompts::runModal(QDialog& dialog) { dialog.exec(); }
+void QtPrompts::runModal(QDialog& dialog) {
+    dialog.exec();
+}
 
-void QtPause::sleep(int milliseconds) { QThread::msleep(static_cast<unsigned long>(milliseconds)); }
+void QtPause::sleep(int milliseconds) {
+    QThread::msleep(static_cast<unsigned long>(milliseconds));
+}
 
 }  // namespace rk31

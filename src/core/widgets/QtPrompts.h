@@ -9,7 +9,7 @@ namespace rk31 {
 
 // Message boxes and file dialogs of the desktop, parented to the active window.
 class QtPrompts : public Prompts {
-public:
+  public:
     void message(const QString& text) override;
     bool question(const QString& text) override;
     QString openFileName(const QString& title, const QString& suggested) override;
@@ -18,7 +18,7 @@ public:
 };
 
 class QtPause : public Pause {
-public:
+  public:
     void sleep(int milliseconds) override;
 };
 

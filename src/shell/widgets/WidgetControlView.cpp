@@ -13,9 +13,8 @@ namespace rk31 {
 namespace {
 
 [[noreturn]] void unsupported(const QString& what, const QString& name) {
-    throw std::logic_error(QStringLiteral("control %1 does not support %2")
-                               .arg(name, what)
-                               .toStdString());
+    throw std::logic_error(
+        QStringLiteral("control %1 does not support %2").arg(name, what).toStdString());
 }
 
 }  // namespace
@@ -85,8 +84,8 @@ int WidgetControlView::value(const QString& name, int index) const {
     QWidget* w = widget(name, index);
     if (auto* check = qobject_cast<QCheckBox*>(w)) {
         return static_cast<int>(check->checkState()) == Qt::PartiallyChecked ? 2
-               : check->isChecked()                                            ? 1
-                                                                               : 0;
+               : check->isChecked()                                          ? 1
+                                                                             : 0;
     }
     if (auto* button = qobject_cast<QAbstractButton*>(w)) {
         return button->isChecked() ? 1 : 0;

@@ -12,7 +12,7 @@ namespace rk31 {
 // Asking for a control that does not exist is a programming error and throws std::logic_error,
 // so a misspelt name fails loudly in the first test that touches it.
 class WidgetControlView : public ControlView {
-public:
+  public:
     explicit WidgetControlView(QWidget* root) : m_root(root) {}
 
     QString text(const QString& name, int index = -1) const override;
@@ -34,7 +34,7 @@ public:
         return index < 0 ? name : name + u'_' + QString::number(index);
     }
 
-private:
+  private:
     QPointer<QWidget> m_root;
     mutable QHash<QString, QPointer<QWidget>> m_cache;
 };

@@ -18,30 +18,22 @@ struct Typed {
     const char* text;
 };
 
+// Types "box:index=text" entries separated by blanks; "clockwise" checks Part#1's box.
+void typeEntries(QWidget* w, const QString& entries) {
+    for (const QString& entry : entries.split(' ', Qt::SkipEmptyParts)) {
+        if (entry == "clockwise") {
+            check(w, "clockwise", 0, true);
+        } else {
+            typeInto(w, entry.section(':', 0, 0), entry.section(':', 1).section('=', 0, 0).toInt(),
+                     entry.section('=', 1));
+        }
+    }
+}
+
 void typeAll(QWidget* w, const std::vector<Typed>& typed) {
     for (const Typed& t : typed) {
         typeInto(w, t.box, t.index, t.text);
     }
-}
-
-// A window connected on COM3, both parts enabled and powered, trace and messages emptied.
-template <typename W>
-std::unique_ptr<W> poweredWindow(Bench& bench) {
-    auto window = std::make_unique<W>();
-    QWidget* w = window.get();
-    scriptPortChoice(bench.prompts, "COM3");
-    click(w, "connect");
-    if constexpr (std::is_same_v<W, MainForm2Parts2Src>) {
-        for (int part = 0; part < 2; ++part) {
-            check(w, "PartEnable", part, true);
-            click(w, "PowerOn", part);
-        }
-    } else {
-        click(w, "PowerOn");
-    }
-    bench.trace().clear();
-    bench.prompts.messages.clear();
-    return window;
 }
 
 QString param(int part, int id, const QString& value, int mode = 1) {
@@ -110,7 +102,7 @@ class TwoPartProgramTest : public QObject {
 
 void TwoPartProgramTest::programsTwoPointsAndTheChipOutputsThem() {
     Bench& b = makeBench();
-    auto window = poweredWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, true);
     QWidget* w = window.get();
     typeAll(w, kTwoPoints);
     click(w, "btnconfigsolver", 0);
@@ -131,70 +123,40 @@ void TwoPartProgramTest::programsTwoPointsAndTheChipOutputsThem() {
 }
 
 void TwoPartProgramTest::pointsReachTheChipInSolverOrder_data() {
-    QTest::addColumn<QStringList>("typed");  // box:index=text
-    QTest::addColumn<QStringList>("sent");   // levels and angles of A..D as sent
+    QTest::addColumn<QString>("typed");  // "box:index=text ...", "clockwise" checks part 1's box
+    QTest::addColumn<QString>("sent");   // levels and angles of A..D as sent
     QTest::addColumn<bool>("reversed");
-
-    QTest::newRow("four points upwards")
-        << QStringList{"Angle:0=10",  "Level:0=10", "Angle:1=100", "Level:1=30",
-                       "Angle:2=200", "Level:2=60", "Angle:3=300", "Level:3=90"}
-        << QStringList{"10", "10", "30", "100", "60", "200", "90", "300"} << false;
-    QTest::newRow("four points downwards are reversed")
-        << QStringList{"Angle:0=300", "Level:0=90", "Angle:1=200", "Level:1=60",
-                       "Angle:2=100", "Level:2=30", "Angle:3=10",  "Level:3=10"}
-        << QStringList{"10", "10", "30", "100", "60", "200", "90", "300"} << true;
-    QTest::newRow("four points through zero")
-        << QStringList{"Angle:0=350", "Level:0=10", "Angle:1=20",  "Level:1=30",
-                       "Angle:2=100", "Level:2=60", "Angle:3=200", "Level:3=90"}
-        << QStringList{"10", "350", "30", "20", "60", "100", "90", "200"} << false;
-    QTest::newRow("three points downwards")
-        << QStringList{"Angle:0=200", "Level:0=80", "Angle:1=100",
-                       "Level:1=50",  "Angle:2=10", "Level:2=20"}
-        << QStringList{"20", "10", "50", "100", "80", "200", "0", "200"} << true;
-    QTest::newRow("two points, D ignored")
-        << QStringList{"Angle:0=100", "Level:0=20",  "Angle:1=200",
-                       "Level:1=80",  "Angle:3=300", "Level:3=90"}
-        << QStringList{"20", "100", "80", "200", "0", "200", "0", "200"} << false;
-    QTest::newRow("two points clockwise")
-        << QStringList{"Angle:0=200", "Level:0=20", "Angle:1=100", "Level:1=80", "clockwise"}
-        << QStringList{"80", "100", "20", "200", "0", "200", "0", "200"} << true;
-    QTest::newRow("one point and slope")
-        << QStringList{"Angle:0=100", "Level:0=20", "KforA:0=0.5", "Angle:1=300", "Level:1=90"}
-        << QStringList{"20", "100", "25", "110", "0", "110", "0", "110"} << false;
-    QTest::newRow("one point and slope clockwise")
-        << QStringList{"Angle:0=100", "Level:0=20", "KforA:0=0.5", "clockwise"}
-        << QStringList{"25", "110", "20", "100", "0", "100", "0", "100"} << true;
-    QTest::newRow("negative slope")
-        << QStringList{"Angle:0=0", "Level:0=50", "KforA:0=-1.5"}
-        << QStringList{"50", "0", "35", "10", "0", "10", "0", "10"} << false;
+    // clang-format off
+    QTest::newRow("four points upwards") << "Angle:0=10 Level:0=10 Angle:1=100 Level:1=30 Angle:2=200 Level:2=60 Angle:3=300 Level:3=90" << "10 10 30 100 60 200 90 300" << false;
+    QTest::newRow("four points downwards") << "Angle:0=300 Level:0=90 Angle:1=200 Level:1=60 Angle:2=100 Level:2=30 Angle:3=10 Level:3=10" << "10 10 30 100 60 200 90 300" << true;
+    QTest::newRow("four points through zero") << "Angle:0=350 Level:0=10 Angle:1=20 Level:1=30 Angle:2=100 Level:2=60 Angle:3=200 Level:3=90" << "10 350 30 20 60 100 90 200" << false;
+    QTest::newRow("three points downwards") << "Angle:0=200 Level:0=80 Angle:1=100 Level:1=50 Angle:2=10 Level:2=20" << "20 10 50 100 80 200 0 200" << true;
+    QTest::newRow("two points, D ignored") << "Angle:0=100 Level:0=20 Angle:1=200 Level:1=80 Angle:3=300 Level:3=90" << "20 100 80 200 0 200 0 200" << false;
+    QTest::newRow("two points clockwise") << "Angle:0=200 Level:0=20 Angle:1=100 Level:1=80 clockwise" << "80 100 20 200 0 200 0 200" << true;
+    QTest::newRow("point and slope, B ignored") << "Angle:0=100 Level:0=20 KforA:0=0.5 Angle:1=300 Level:1=90" << "20 100 25 110 0 110 0 110" << false;
+    QTest::newRow("point and slope clockwise") << "Angle:0=100 Level:0=20 KforA:0=0.5 clockwise" << "25 110 20 100 0 100 0 100" << true;
+    QTest::newRow("negative slope") << "Angle:0=0 Level:0=50 KforA:0=-1.5" << "50 0 35 10 0 10 0 10" << false;
+    // clang-format on
 }
 
 void TwoPartProgramTest::pointsReachTheChipInSolverOrder() {
-    QFETCH(QStringList, typed);
-    QFETCH(QStringList, sent);
+    QFETCH(QString, typed);
+    QFETCH(QString, sent);
     QFETCH(bool, reversed);
     Bench& b = makeBench();
-    auto window = poweredWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, true);
     QWidget* w = window.get();
-    for (const QString& entry : typed) {
-        if (entry == "clockwise") {
-            check(w, "clockwise", 0, true);
-            continue;
-        }
-        const QString box = entry.section(':', 0, 0);
-        const int index = entry.section(':', 1).section('=', 0, 0).toInt();
-        typeInto(w, box, index, entry.section('=', 1));
-    }
+    typeEntries(w, typed);
     click(w, "btnconfigsolver", 0);
     QCOMPARE(b.prompts.messages, QStringList());
-    QCOMPARE(b.trace().mid(0, 12), image(0, {"5", "95", "260"}, sent));
+    QCOMPARE(b.trace().mid(0, 12), image(0, {"5", "95", "260"}, sent.split(' ')));
     QCOMPARE(DeviceSession::instance().rounded.PointsReversed[0], reversed);
     QCOMPARE(b.trace().last(), QStringLiteral("EnterOWIMode(0)"));
 }
 
 void TwoPartProgramTest::switchOutputAndPwmReachTheChip() {
     Bench& b = makeBench();
-    auto window = poweredWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, true);
     QWidget* w = window.get();
     typeAll(w, {{"Angle", 4, "100"},
                 {"Level", 4, "20"},
@@ -220,60 +182,34 @@ void TwoPartProgramTest::switchOutputAndPwmReachTheChip() {
 }
 
 void TwoPartProgramTest::refusalsSendNothing_data() {
-    QTest::addColumn<QStringList>("typed");
+    QTest::addColumn<QString>("typed");
     QTest::addColumn<QStringList>("messages");
     const QString config = "Error Config Solver in programee_click";
-    QTest::newRow("clamps equal")
-        << QStringList{"clamphigh:0=50", "clamplow:0=50", "Angle:0=1",
-                       "Level:0=1",      "Angle:1=2",     "Level:1=2"}
-        << QStringList{
-               "Please noted: Clamp HIGH Setting is not greater than Clamp LOW Setting! "
-               "Stopping... Please try again!"};
-    QTest::newRow("angle A empty")
-        << QStringList{"Angle:1=100", "Level:1=20"}
-        << QStringList{"Error Angles of Point A and Point B input", config};
-    QTest::newRow("slope without angle A")
-        << QStringList{"KforA:0=0.5", "Angle:1=100", "Level:1=20"}
-        << QStringList{"Error Angles of Point A and Point B input", config};
-    QTest::newRow("angles round to the same degree")
-        << QStringList{"Angle:0=10.2", "Level:0=10", "Angle:1=10.4", "Level:1=20"}
-        << QStringList{
-               "Rules: Angles should be DIFFERENT in CCW/CW within [0.0, 360.0) to fill in!",
-               config};
-    QTest::newRow("level B empty") << QStringList{"Angle:0=10", "Level:0=10", "Angle:1=100"}
-                                   << QStringList{"Please noted: Part#1-Level#1 is Empty!", config};
-    QTest::newRow("level C empty")
-        << QStringList{"Angle:0=10", "Level:0=10", "Angle:1=100", "Level:1=20", "Angle:2=200"}
-        << QStringList{"Please noted: Part#1-Level#2 is Empty!", config};
-    QTest::newRow("four angles out of order")
-        << QStringList{"Angle:0=10",  "Level:0=1", "Angle:1=200", "Level:1=2",
-                       "Angle:2=100", "Level:2=3", "Angle:3=300", "Level:3=4"}
-        << QStringList{
-               "Error: The order of 4 Points angles is unable to be determined in-DrawMain!",
-               config};
-    QTest::newRow("two levels round to the same percent")
-        << QStringList{"Angle:0=10", "Level:0=50.2", "Angle:1=100", "Level:1=49.6"}
-        << QStringList{"Please noted: Part#1-Level#0 is the same as Part#1-Level#1 !", config};
-    QTest::newRow("slope with level A empty")
-        << QStringList{"Angle:0=10", "KforA:0=1"}
-        << QStringList{"Please noted: Part#1-Level#0 is Empty!", config};
+    // clang-format off
+    QTest::newRow("clamps equal") << "clamphigh:0=50 clamplow:0=50 Angle:0=1 Level:0=1 Angle:1=2 Level:1=2" << QStringList{"Please noted: Clamp HIGH Setting is not greater than Clamp LOW Setting! Stopping... Please try again!"};
+    QTest::newRow("angle A empty") << "Angle:1=100 Level:1=20" << QStringList{"Error Angles of Point A and Point B input", config};
+    QTest::newRow("slope without angle A") << "KforA:0=0.5 Angle:1=100 Level:1=20" << QStringList{"Error Angles of Point A and Point B input", config};
+    QTest::newRow("same rounded angles") << "Angle:0=10.2 Level:0=10 Angle:1=10.4 Level:1=20" << QStringList{"Rules: Angles should be DIFFERENT in CCW/CW within [0.0, 360.0) to fill in!", config};
+    QTest::newRow("level B empty") << "Angle:0=10 Level:0=10 Angle:1=100" << QStringList{"Please noted: Part#1-Level#1 is Empty!", config};
+    QTest::newRow("level C empty") << "Angle:0=10 Level:0=10 Angle:1=100 Level:1=20 Angle:2=200" << QStringList{"Please noted: Part#1-Level#2 is Empty!", config};
+    QTest::newRow("four angles out of order") << "Angle:0=10 Level:0=1 Angle:1=200 Level:1=2 Angle:2=100 Level:2=3 Angle:3=300 Level:3=4" << QStringList{"Error: The order of 4 Points angles is unable to be determined in-DrawMain!", config};
+    QTest::newRow("same rounded levels") << "Angle:0=10 Level:0=50.2 Angle:1=100 Level:1=49.6" << QStringList{"Please noted: Part#1-Level#0 is the same as Part#1-Level#1 !", config};
+    QTest::newRow("slope with level A empty") << "Angle:0=10 KforA:0=1" << QStringList{"Please noted: Part#1-Level#0 is Empty!", config};
+    // clang-format on
 }
 
 void TwoPartProgramTest::refusalsSendNothing() {
-    QFETCH(QStringList, typed);
+    QFETCH(QString, typed);
     QFETCH(QStringList, messages);
     Bench& b = makeBench();
-    auto window = poweredWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, true);
     QWidget* w = window.get();
-    for (const QString& entry : typed) {
-        typeInto(w, entry.section(':', 0, 0), entry.section(':', 1).section('=', 0, 0).toInt(),
-                 entry.section('=', 1));
-    }
+    typeEntries(w, typed);
     b.prompts.messages.clear();
     click(w, "btnconfigsolver", 0);
     QCOMPARE(b.prompts.messages, messages);
     QCOMPARE(b.trace(), QStringList());
-    if (QString(QTest::currentDataTag()) == "two levels round to the same percent") {
+    if (QString(QTest::currentDataTag()) == "same rounded levels") {
         QCOMPARE(textOf(w, "Level", 1), QString());
         QCOMPARE(window->context().params[0].Level[1], 0.0f);
     }
@@ -295,7 +231,7 @@ void TwoPartProgramTest::writeBufferCodesStopBeforeTheEeprom() {
     sim::SimConfig config;
     config.writeBufferCode = code;
     Bench& b = makeBench(config);
-    auto window = poweredWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, true);
     typeAll(window.get(), kTwoPoints);
     click(window.get(), "btnconfigsolver", 0);
     QCOMPARE(b.prompts.messages, messages);
@@ -305,7 +241,7 @@ void TwoPartProgramTest::writeBufferCodesStopBeforeTheEeprom() {
 
 void TwoPartProgramTest::eepromFailureStillReentersOwiMode() {
     Bench& b = makeBench(sim::ParseSimConfig("eeprom_fail=1", nullptr));
-    auto window = poweredWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, true);
     typeAll(window.get(), kTwoPoints);
     click(window.get(), "btnconfigsolver", 0);
     QCOMPARE(b.prompts.messages, QStringList{"Failed in programming device"});
@@ -315,7 +251,7 @@ void TwoPartProgramTest::eepromFailureStillReentersOwiMode() {
 
 void TwoPartProgramTest::aPartInAdcModeIsMovedToOwiModeFirst() {
     Bench& b = makeBench();
-    auto window = poweredWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, true);
     typeAll(window.get(), kTwoPoints);
     ToADCMode(window->context(), 0);
     b.trace().clear();
@@ -327,7 +263,7 @@ void TwoPartProgramTest::aPartInAdcModeIsMovedToOwiModeFirst() {
 
 void TwoPartProgramTest::aLockedPartIsNotProgrammed() {
     Bench& b = makeBench();
-    auto window = poweredWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, true);
     typeAll(window.get(), kTwoPoints);
     ToADCMode(window->context(), 0);
     DeviceSession::instance().CommLocked[0] = true;
@@ -342,7 +278,7 @@ void TwoPartProgramTest::aLockedPartIsNotProgrammed() {
 
 void TwoPartProgramTest::oneSupplyProgramsBothParts() {
     Bench& b = makeBench();
-    auto window = poweredWindow<MainForm2Parts1Src>(b);
+    auto window = openConnected<MainForm2Parts1Src>(b, true);
     QWidget* w = window.get();
     typeAll(w, kTwoPoints);
     typeAll(w, {{"Angle", 4, "200"}, {"Level", 4, "20"}, {"Angle", 5, "100"}, {"Level", 5, "80"}});
@@ -365,7 +301,7 @@ void TwoPartProgramTest::oneSupplyProgramsBothParts() {
 
 void TwoPartProgramTest::oneSupplyUsesTheSlopeOnlyWhenBothPartsHaveOne() {
     Bench& b = makeBench();
-    auto window = poweredWindow<MainForm2Parts1Src>(b);
+    auto window = openConnected<MainForm2Parts1Src>(b, true);
     QWidget* w = window.get();
     // Part#1 has a slope, Part#2 only points: both go through the multi-point solver, which
     // takes Part#1's point B instead of its slope.

@@ -19,21 +19,6 @@ const QStringList kPowerOnPart1 = {"PowerOnChip(0)",  "EnterADCMode(0)",   "Meas
                                    "EnterOWIMode(0)", "GetMemoryAccess()", "ReadMemory(0, &H48)"};
 const QStringList kPowerOffPart1 = {"PowerOffChip(0)", "EnterADCMode(0)", "SelectOutputChannel(0)"};
 
-// A window connected on COM3 with both parts enabled, trace and messages emptied.
-template <typename W>
-std::unique_ptr<W> connectedWindow(Bench& bench) {
-    auto window = std::make_unique<W>();
-    scriptPortChoice(bench.prompts, "COM3");
-    click(window.get(), "connect");
-    if constexpr (std::is_same_v<W, MainForm2Parts2Src>) {
-        check(window.get(), "PartEnable", 0, true);
-        check(window.get(), "PartEnable", 1, true);
-    }
-    bench.trace().clear();
-    bench.prompts.messages.clear();
-    return window;
-}
-
 QString status(QWidget* w) {
     return textOf(w, "status");
 }
@@ -71,7 +56,7 @@ class TwoPartSessionTest : public QObject {
 
 void TwoPartSessionTest::powerOnReadsTheSupplyAndChecksTheChip() {
     Bench& b = makeBench();
-    auto window = connectedWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, false);
     QWidget* w = window.get();
     click(w, "PowerOn", 0);
     QCOMPARE(b.trace(), kPowerOnPart1);
@@ -116,7 +101,7 @@ void TwoPartSessionTest::powerOnFailures() {
     QFETCH(QStringList, messages);
     QFETCH(bool, locked);
     Bench& b = makeBench(sim::ParseSimConfig(fault + "=1", nullptr));
-    auto window = connectedWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, false);
     click(window.get(), "PowerOn", 0);
     QCOMPARE(b.prompts.messages, messages);
     // The part is powered off again at once and the window says so.
@@ -131,7 +116,7 @@ void TwoPartSessionTest::powerOnFailures() {
 
 void TwoPartSessionTest::aLockedPartIsReportedAgainOnEveryPowerOn() {
     Bench& b = makeBench(sim::ParseSimConfig("locked=1", nullptr));
-    auto window = connectedWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, false);
     click(window.get(), "PowerOn", 0);
     b.trace().clear();
     b.prompts.messages.clear();
@@ -146,7 +131,7 @@ void TwoPartSessionTest::aLockedPartIsReportedAgainOnEveryPowerOn() {
 
 void TwoPartSessionTest::oneSupplyPowersBothParts() {
     Bench& b = makeBench();
-    auto window = connectedWindow<MainForm2Parts1Src>(b);
+    auto window = openConnected<MainForm2Parts1Src>(b, false);
     QWidget* w = window.get();
     click(w, "PowerOn");
     QCOMPARE(b.trace(),
@@ -167,7 +152,7 @@ void TwoPartSessionTest::oneSupplyPowersBothParts() {
 
 void TwoPartSessionTest::newDeviceClearsProgramsAndCalibrates() {
     Bench& b = makeBench();
-    auto window = connectedWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, false);
     click(window.get(), "PowerOn", 1);
     b.trace().clear();
     click(window.get(), "newdevice", 1);
@@ -199,7 +184,7 @@ void TwoPartSessionTest::newDeviceFaults() {
     QFETCH(QString, fault);
     QFETCH(QStringList, messages);
     Bench& b = makeBench(sim::ParseSimConfig(fault, nullptr));
-    auto window = connectedWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, false);
     click(window.get(), "PowerOn", 0);
     b.trace().clear();
     click(window.get(), "newdevice", 0);
@@ -212,7 +197,7 @@ void TwoPartSessionTest::newDeviceFaults() {
 
 void TwoPartSessionTest::oneSupplyNewDeviceWorksOnBothParts() {
     Bench& b = makeBench(sim::ParseSimConfig("dac_status=-12;clear_fail=2", nullptr));
-    auto window = connectedWindow<MainForm2Parts1Src>(b);
+    auto window = openConnected<MainForm2Parts1Src>(b, false);
     click(window.get(), "PowerOn");
     b.trace().clear();
     b.pause.pauses.clear();
@@ -231,7 +216,7 @@ void TwoPartSessionTest::oneSupplyNewDeviceWorksOnBothParts() {
 
 void TwoPartSessionTest::commLockLocksForGood() {
     Bench& b = makeBench();
-    auto window = connectedWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, false);
     QWidget* w = window.get();
     click(w, "PowerOn", 0);
     b.trace().clear();
@@ -269,7 +254,7 @@ void TwoPartSessionTest::commLockNeedsConfirmation_data() {
 void TwoPartSessionTest::commLockNeedsConfirmation() {
     QFETCH(QString, answer);
     Bench& b = makeBench();
-    auto window = connectedWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, false);
     click(window.get(), "PowerOn", 0);
     b.trace().clear();
     if (answer.isEmpty()) {
@@ -285,7 +270,7 @@ void TwoPartSessionTest::commLockNeedsConfirmation() {
 
 void TwoPartSessionTest::commLockFailureStillPowerCycles() {
     Bench& b = makeBench(sim::ParseSimConfig("commlock_fail=both", nullptr));
-    auto window = connectedWindow<MainForm2Parts1Src>(b);
+    auto window = openConnected<MainForm2Parts1Src>(b, false);
     click(window.get(), "PowerOn");
     b.trace().clear();
     scriptDialogClick(b.prompts, "yes");
@@ -298,7 +283,7 @@ void TwoPartSessionTest::commLockFailureStillPowerCycles() {
 
 void TwoPartSessionTest::commLockPowersOnWhenTheCaptionSaysPowerOn() {
     Bench& b = makeBench();
-    auto window = connectedWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, false);
     WindowContext& ctx = window->context();
     ToOWIMode(ctx, 0);  // OWI mode without the power command: the caption still reads "Power On"
     b.trace().clear();
@@ -313,7 +298,7 @@ void TwoPartSessionTest::commLockPowersOnWhenTheCaptionSaysPowerOn() {
 
 void TwoPartSessionTest::aboutShowsTheProgrammerVersion() {
     Bench& b = makeBench(sim::ParseSimConfig("version_fail=1", nullptr));
-    auto window = connectedWindow<MainForm2Parts2Src>(b);
+    auto window = openConnected<MainForm2Parts2Src>(b, false);
     QString shown;
     b.prompts.dialogScripts.push_back(
         [&](QDialog& about) { shown = about.findChild<QLabel*>("HWversion")->text(); });

@@ -122,4 +122,27 @@ inline void scriptDialogClick(ScriptedPrompts& prompts, const QString& name) {
         [name](QDialog& dialog) { dialog.findChild<QAbstractButton*>(name)->click(); });
 }
 
+// A main window connected on COM3 with every part enabled and, when `power`, powered; trace,
+// messages and dialog titles emptied.
+template <typename W>
+std::unique_ptr<W> openConnected(Bench& bench, bool power) {
+    auto window = std::make_unique<W>();
+    QWidget* w = window.get();
+    scriptPortChoice(bench.prompts, "COM3");
+    click(w, "connect");
+    const bool oneSupply = window->context().oneSupply();
+    for (int part = 0; part < (oneSupply ? 1 : 2); ++part) {
+        if (!oneSupply) {
+            check(w, "PartEnable", part, true);
+        }
+        if (power) {
+            click(w, "PowerOn", oneSupply ? -1 : part);
+        }
+    }
+    bench.trace().clear();
+    bench.prompts.messages.clear();
+    bench.prompts.modalTitles.clear();
+    return window;
+}
+
 }  // namespace rk31::test

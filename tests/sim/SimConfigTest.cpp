@@ -1,13 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <QtGlobal>
-#include <functional>
+#include <array>
+#include <tuple>
 
-#include "SimTestSupport.h"
-#include "core/DeviceError.h"
 #include "link/DeviceFactory.h"
+#include "sim/SimulatedProgrammer.h"
 
-namespace rk31::sim::test {
+namespace rk31::sim {
 namespace {
 
 TEST(SimConfig, ParsesEveryKey) {
@@ -17,30 +17,19 @@ TEST(SimConfig, ParsesEveryKey) {
                        "no_supply=2;id_error=both;eeprom_fail=BOTH;clear_fail=0;commlock_fail=2;"
                        "wbd_code=5;dac_status=-12;version_fail=1;channel_fail=1;output=150;;"),
         &errors);
-    EXPECT_EQ(Text(errors), "");
-    EXPECT_EQ(c.angle, 123.5);
-    EXPECT_EQ(c.rotate, -30);
-    EXPECT_EQ(c.latencyMs, 7);
-    EXPECT_EQ(c.vdd, 4.8f);
-    EXPECT_EQ(c.programmerPort, 5);
-    EXPECT_EQ(c.locked, kPart1);
-    EXPECT_EQ(c.noSupply, kPart2);
-    EXPECT_EQ(c.idError, kBothParts);
-    EXPECT_EQ(c.eepromFail, kBothParts);
-    EXPECT_EQ(c.clearFail, 0u);
-    EXPECT_EQ(c.commlockFail, kPart2);
-    EXPECT_EQ(c.writeBufferCode, 5);
-    EXPECT_EQ(c.dacStatus, -12);
-    EXPECT_TRUE(c.versionFail);
-    EXPECT_TRUE(c.channelFail);
+    EXPECT_EQ(errors.join(u'\n').toStdString(), "");
+    EXPECT_EQ(std::tuple(c.angle, c.rotate, c.latencyMs, c.vdd, c.programmerPort, c.writeBufferCode,
+                         c.dacStatus, c.versionFail, c.channelFail),
+              std::tuple(123.5, -30.0, 7, 4.8f, 5, 5, -12, true, true));
+    EXPECT_EQ(
+        (std::array{c.locked, c.noSupply, c.idError, c.eepromFail, c.clearFail, c.commlockFail}),
+        (std::array{kPart1, kPart2, kBothParts, kBothParts, 0u, kPart2}));
     EXPECT_EQ(c.outputOverride, 150.0f);
 }
 
 TEST(SimConfig, MalformedEntriesAreReportedAndIgnored) {
-    const struct {
-        const char* text;
-        const char* error;
-    } cases[] = {
+    // clang-format off
+    const struct { const char* text; const char* error; } cases[] = {
         {"angle=abc", "RK31_SIM: ignored 'angle=abc': not a number"},
         {"angle=nan", "RK31_SIM: ignored 'angle=nan': not a number"},
         {"colour=red", "RK31_SIM: ignored 'colour=red': unknown key"},
@@ -53,66 +42,50 @@ TEST(SimConfig, MalformedEntriesAreReportedAndIgnored) {
         {"version_fail=yes", "RK31_SIM: ignored 'version_fail=yes': expected 0 or 1"},
         {"=1", "RK31_SIM: ignored '=1': unknown key"},
     };
+    // clang-format on
     for (const auto& c : cases) {
         QStringList errors;
         const SimConfig config =
             ParseSimConfig(QString::fromLatin1(c.text) + QStringLiteral(";vdd=4.5"), &errors);
-        EXPECT_EQ(Text(errors), c.error) << c.text;
+        EXPECT_EQ(errors.join(u'\n').toStdString(), c.error) << c.text;
         // The entry is ignored: the defaults stand, and the entries around it still count.
-        EXPECT_EQ(config.angle, 0) << c.text;
-        EXPECT_EQ(config.latencyMs, 0) << c.text;
-        EXPECT_EQ(config.programmerPort, 3) << c.text;
-        EXPECT_EQ(config.locked, 0u) << c.text;
-        EXPECT_FALSE(config.versionFail) << c.text;
-        EXPECT_EQ(config.vdd, 4.5f) << c.text;
+        EXPECT_EQ(std::tuple(config.angle, config.latencyMs, config.programmerPort, config.locked,
+                             config.versionFail, config.vdd),
+                  std::tuple(0.0, 0, 3, 0u, false, 4.5f))
+            << c.text;
     }
     EXPECT_NO_THROW(ParseSimConfig(QStringLiteral("=;==;;x"), nullptr));
-}
-
-TEST(SimConfig, LockedBoxStartsLocked) {
-    Bench bench(ParseSimConfig(QStringLiteral("locked=2"), nullptr));
-    EXPECT_EQ(bench.powerOnAndEnterOwi(0), 0);
-    EXPECT_EQ(bench.powerOnAndEnterOwi(1), 1);
-    EXPECT_EQ(bench.read(1, 0x48), 0xF6);
 }
 
 TEST(SimConfig, ProgrammerPortMovesWithTheSetting) {
     const Simulation sim = InstallSimulation(ParseSimConfig(QStringLiteral("port=7"), nullptr));
     EXPECT_EQ(sim.ports->open(7), 0);
     EXPECT_EQ(sim.ports->open(7), kPortAlreadyOpen) << "held open here";
-    sim.ports->close(7);
-    EXPECT_EQ(sim.ports->open(1), 0);
-    EXPECT_EQ(sim.ports->open(2), kPortAlreadyOpen);
     EXPECT_EQ(sim.ports->open(9), SimulatedPorts::kOtherError);
 
+    // The channel opens on the programmer's port only, and not at all with channel_fail.
     const auto device = DeviceFactory::Create(QString::fromLatin1(kDeviceProgId));
     ASSERT_TRUE(device);
-    std::int32_t failed = 0;
-    device->OpenChannel(QVariant(3), failed);
-    EXPECT_EQ(failed, 1);
-    device->OpenChannel(QVariant(7), failed);
-    EXPECT_EQ(failed, 0);
+    for (const auto& [port, failed] :
+         std::initializer_list<std::pair<int, int>>{{1, 1}, {3, 1}, {7, 0}}) {
+        std::int32_t out = -1;
+        device->OpenChannel(QVariant(port), out);
+        EXPECT_EQ(out, failed) << "COM" << port;
+    }
+    sim.box->config.channelFail = true;
+    std::int32_t out = 0;
+    device->OpenChannel(QVariant(7), out);
+    EXPECT_EQ(out, 1);
 }
 
-TEST(SimConfig, EnvironmentSetsTheStartingAngle) {
-    qputenv("RK31_SIM", "angle=200");
+TEST(SimConfig, EnvironmentGoesOverTheProgramsLatency) {
+    qputenv("RK31_SIM", "angle=200;port=5");
     const Simulation sim = InstallSimulationFromEnvironment();
     qunsetenv("RK31_SIM");
-    EXPECT_EQ(sim.box->config.latencyMs, 30) << "the program's default latency";
-    sim.box->config.latencyMs = 0;
-
-    const auto device = DeviceFactory::Create(QString::fromLatin1(kDeviceProgId));
-    ASSERT_TRUE(device);
-    std::int32_t out = 0;
-    device->OpenChannel(QVariant(3), out);
-    device->PowerOnChip(0, out);
-    device->EnterOWIMode(0, out);
-    float angle = 0;
-    device->ReadAngle(0, angle);
-    EXPECT_EQ(angle, 200.0f);
-    EXPECT_EQ(Text(sim.box->trace),
-              "OpenChannel(3)\nPowerOnChip(0)\nEnterOWIMode(0)\nReadAngle(0)");
+    EXPECT_EQ(sim.box->config.latencyMs, 30);
+    EXPECT_EQ(sim.box->magnetAngle(), 200);
+    EXPECT_EQ(sim.ports->open(5), 0);
 }
 
 }  // namespace
-}  // namespace rk31::sim::test
+}  // namespace rk31::sim

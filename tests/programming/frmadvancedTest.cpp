@@ -1,42 +1,32 @@
-#include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QtTest>
 
 #include "chipsession/ChipStateMachine.h"
-#include "core/Services.h"
-#include "link/DeviceFactory.h"
 #include "programming/widgets/frmadvanced.h"
-#include "shell/DeviceSession.h"
-#include "sim/SimulatedProgrammer.h"
-#include "support/ScriptedPrompts.h"
+#include "support/WindowHarness.h"
 
 using namespace rk31;
+using namespace rk31::test;
 
+// Opening the dialog from a window is covered by the windows' tests; these pin the calls it makes.
 class FrmAdvancedTest : public QObject {
     Q_OBJECT
 
-    test::ScriptedPrompts prompts;
-    test::RecordingPause pause;
-    sim::Simulation simulation;
-    std::unique_ptr<ScopedServices> services;
+    std::unique_ptr<Bench> bench;
     std::unique_ptr<frmadvanced> dialog;
 
-    QLineEdit* box(const char* name, int row) {
-        return dialog->findChild<QLineEdit*>(QStringLiteral("%1_%2").arg(name).arg(row));
-    }
-    QRadioButton* option(int k) {
-        return dialog->findChild<QRadioButton*>(QStringLiteral("PartOption_%1").arg(k));
-    }
-    void click(const char* name) {
-        dialog->findChild<QPushButton*>(QString::fromLatin1(name))->click();
-    }
-    // Connects, moves the part to the state and forgets the calls that took.
-    void prepare(std::int16_t part, std::int32_t state) {
+    QLineEdit* box(const char* name, int row) { return find<QLineEdit>(dialog.get(), name, row); }
+    // Connects, moves each part to its state, opens the dialog and forgets the calls that took.
+    void open(std::int16_t part, std::int16_t parts, std::array<std::int32_t, 2> states) {
         DeviceSession& session = DeviceSession::instance();
-        session.ConnectProgrammer(3, prompts);
-        ChipStateMachine(session, prompts, pause).ChipChangeToState(part, 0, state);
-        simulation.box->clearTrace();
+        session.ConnectProgrammer(3, bench->prompts);
+        for (std::int16_t k : {0, 1}) {
+            ChipStateMachine(session, bench->prompts, bench->pause)
+                .ChipChangeToState(k, 0, states[k]);
+        }
+        bench->trace().clear();
+        dialog->Init(part, parts);
+        dialog->show();
     }
     static QStringList reads(int part, const QStringList& addresses) {
         QStringList calls;
@@ -49,147 +39,80 @@ class FrmAdvancedTest : public QObject {
 
   private slots:
     void init() {
-        prompts.clear();
-        simulation = sim::InstallSimulation({});
-        DeviceSession::instance().resetToFreshProcess();
-        services =
-            std::make_unique<ScopedServices>(Services{&prompts, &pause, simulation.ports.get()});
+        bench = std::make_unique<Bench>();
         dialog = std::make_unique<frmadvanced>();
     }
     void cleanup() {
         dialog.reset();
-        services.reset();
-        DeviceSession::instance().resetToFreshProcess();
-        DeviceFactory::Unregister(QString::fromLatin1(kDeviceProgId));
+        bench.reset();
     }
 
-    void readShowsEveryAddressedWordAndTheIdentification() {
-        prepare(0, OwiMode);
-        dialog->Init(0, 1);
-        dialog->show();
-        box("Din", 2)->setText(QStringLiteral("55"));
-        click("memread");
-        QVERIFY(prompts.messages.isEmpty());
-        QCOMPARE(simulation.box->trace,
-                 reads(0, {"1", "2", "3", "4", "5", "6",  "7",  "8",  "9",  "A",
-                           "B", "C", "D", "E", "F", "10", "11", "12", "14", "48"}));
-        QCOMPARE(box("out", 19)->text(),
-                 QString::number(simulation.box->dies[0].chipId, 16).toUpper());
-        QVERIFY(box("out", 20)->text().isEmpty());
-    }
-
-    void partInAdcModeIsTakenToOwiModeFirst() {
-        prepare(1, AdcMode);
-        for (int row = 1; row < 20; ++row) {
-            box("add", row)->clear();
-        }
-        dialog->Init(1, 1);
-        dialog->show();
-        click("memread");
-        QCOMPARE(simulation.box->trace, QStringList{"EnterOWIMode(1)"} + reads(1, {"1"}));
-        QCOMPARE(DeviceSession::instance().ChipState[1], std::int32_t(OwiMode));
-    }
-
-    void writeSendsRowsWithAddressAndDataOnly() {
-        prepare(0, OwiMode);
-        dialog->Init(0, 1);
-        dialog->show();
+    void writesThenReadsEveryAddressThenTheOtherPart() {
+        open(0, 2, {OwiMode, AdcMode});
         box("Din", 0)->setText(QStringLiteral("ab"));
         box("Din", 2)->setText(QStringLiteral("1234"));
         box("add", 25)->setText(QStringLiteral("30"));
         box("Din", 25)->setText(QStringLiteral("FFFFFFFF"));
         box("Din", 26)->setText(QStringLiteral("77"));  // no address
-        click("memwritewithCRC");
-        QVERIFY(prompts.messages.isEmpty());
-        QCOMPARE(simulation.box->trace,
+        click(dialog.get(), "memwritewithCRC");
+        QCOMPARE(bench->trace(),
                  (QStringList{"GetMemoryAccess()", "WriteMemory(0, &H1, &HAB)", "GetMemoryAccess()",
                               "WriteMemory(0, &H3, &H1234)", "GetMemoryAccess()",
                               "WriteMemory(0, &H30, &HFFFFFFFF)"}));
-        QVERIFY(box("out", 25)->text().isEmpty());
 
-        click("memread");
+        const QStringList addresses{"1", "2", "3", "4", "5",  "6",  "7",  "8",  "9",  "A", "B",
+                                    "C", "D", "E", "F", "10", "11", "12", "14", "48", "30"};
+        bench->trace().clear();
+        click(dialog.get(), "memread");
+        QCOMPARE(bench->trace(), reads(0, addresses));
+        QCOMPARE(box("out", 0)->text(), QStringLiteral("AB"));
+        QCOMPARE(box("out", 19)->text(), QStringLiteral("35"));  // the identification word
         QCOMPARE(box("out", 25)->text(), QStringLiteral("FFFFFFFF"));
+
+        // The other part starts with empty rows, and in ADC mode it is taken to OWI mode first.
+        find<QRadioButton>(dialog.get(), "PartOption", 1)->click();
+        QVERIFY(box("Din", 25)->text().isEmpty() && box("out", 25)->text().isEmpty());
+        bench->trace().clear();
+        click(dialog.get(), "memread");
+        QCOMPARE(bench->trace(), QStringList{"EnterOWIMode(1)"} + reads(1, addresses));
+        QCOMPARE(DeviceSession::instance().ChipState[1], std::int32_t(OwiMode));
+        QCOMPARE(box("out", 19)->text(), QStringLiteral("36"));
     }
 
-    void badHexadecimalSendsNothing_data() {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<int>("row");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("read, address") << "memread"
-                                       << "add" << 5 << "XYZ";
-        QTest::newRow("write, address") << "memwritewithCRC"
-                                        << "add" << 28 << "0x10";
-        QTest::newRow("write, data") << "memwritewithCRC"
-                                     << "Din" << 7 << "G1";
+    void refusalsReachNoDevice_data() {
+        QTest::addColumn<int>("state");  // -1: OWI mode on record, but no programmer connected
+        QTest::addColumn<bool>("badRows");
+        QTest::addColumn<QStringList>("messages");  // of Read, then of Write
+        const QString row = QStringLiteral("Row %1: Address and Data must be hexadecimal numbers!");
+        const QString notOwi = QStringLiteral("Error: Not in OWI mode");
+        QTest::newRow("bad rows, read ignores the data")
+            << int(AdcMode) << true << QStringList{row.arg(5), row.arg(3)};
+        QTest::newRow("powered off") << int(PowerOff) << false << QStringList{notOwi, notOwi};
+        QTest::newRow("no programmer")
+            << -1 << false
+            << QStringList{"Programmer is not connected!", "Programmer is not connected!"};
     }
-    void badHexadecimalSendsNothing() {
-        QFETCH(QString, button);
-        QFETCH(QString, field);
-        QFETCH(int, row);
-        QFETCH(QString, text);
-        prepare(0, AdcMode);
-        dialog->Init(0, 1);
-        dialog->show();
-        box("Din", 0)->setText(QStringLiteral("1"));
-        box("Din", 28)->setText(QStringLiteral("1"));
-        box(field.toLatin1().constData(), row)->setText(text);
-        click(button.toLatin1().constData());
-        QCOMPARE(
-            prompts.messages,
-            QStringList{
-                QStringLiteral("Row %1: Address and Data must be hexadecimal numbers!").arg(row)});
-        QCOMPARE(simulation.box->trace, QStringList{});
-        QCOMPARE(DeviceSession::instance().ChipState[0], std::int32_t(AdcMode));
-    }
-
-    void partPoweredOffIsNotInOwiMode() {
-        prepare(0, PowerOff);
-        dialog->Init(0, 1);
-        dialog->show();
-        click("memread");
-        click("memwritewithCRC");
-        QCOMPARE(prompts.messages,
-                 (QStringList{"Error: Not in OWI mode", "Error: Not in OWI mode"}));
-        QCOMPARE(simulation.box->trace, QStringList{});
-    }
-
-    void withoutProgrammerTheHandlerReportsIt() {
-        DeviceSession::instance().ChipState[0] = OwiMode;
-        dialog->Init(0, 1);
-        dialog->show();
-        click("memread");
-        QCOMPARE(prompts.messages, QStringList{"Programmer is not connected!"});
-    }
-
-    void partOptions() {
-        dialog->Init(1, 1);
-        dialog->show();
-        QVERIFY(option(1)->isChecked());
-        QVERIFY(!option(0)->isEnabled() && !option(1)->isEnabled());
-
-        auto other = std::make_unique<frmadvanced>();
-        dialog.swap(other);
-        dialog->Init(0, 2);
-        dialog->show();
-        QVERIFY(option(0)->isChecked() && option(0)->isEnabled() && option(1)->isEnabled());
-        box("Din", 3)->setText(QStringLiteral("12"));
-        box("out", 30)->setText(QStringLiteral("34"));
-        option(0)->click();
-        QCOMPARE(box("Din", 3)->text(), QStringLiteral("12"));
-        QCOMPARE(box("out", 30)->text(), QStringLiteral("34"));
-
-        option(1)->click();
-        QVERIFY(box("Din", 3)->text().isEmpty());
-        QVERIFY(box("out", 30)->text().isEmpty());
-        QCOMPARE(box("add", 19)->text(), QStringLiteral("48"));
-
-        prepare(1, OwiMode);
-        for (int row = 1; row < 20; ++row) {
-            box("add", row)->clear();
+    void refusalsReachNoDevice() {
+        QFETCH(int, state);
+        QFETCH(bool, badRows);
+        QFETCH(QStringList, messages);
+        if (state < 0) {
+            DeviceSession::instance().ChipState[0] = OwiMode;
+            dialog->Init(0, 1);
+            dialog->show();
+        } else {
+            open(0, 1, {state, PowerOff});
         }
-        click("memread");
-        QCOMPARE(simulation.box->trace, reads(1, {"1"}));
+        box("Din", 0)->setText(QStringLiteral("1"));
+        if (badRows) {
+            box("Din", 3)->setText(QStringLiteral("G1"));
+            box("add", 5)->setText(QStringLiteral("XYZ"));
+        }
+        click(dialog.get(), "memread");
+        click(dialog.get(), "memwritewithCRC");
+        QCOMPARE(bench->prompts.messages, messages);
+        QCOMPARE(bench->trace(), QStringList());
+        QCOMPARE(DeviceSession::instance().ChipState[0], state < 0 ? OwiMode : state);
     }
 };
 

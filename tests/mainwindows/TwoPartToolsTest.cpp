@@ -56,6 +56,7 @@ class TwoPartToolsTest : public QObject {
     void pwmListsFollowTheOutputMode();
     void settingsSavedInOneWindowLoadInTheOther();
     void settingsSaveAsksBeforeOverwriting();
+    void settingsLoadStopsAtTheFirstError_data();
     void settingsLoadStopsAtTheFirstError();
     void settingsLoadRevalidates();
     void advancedOpensForThePart();
@@ -244,9 +245,19 @@ void TwoPartToolsTest::settingsSaveAsksBeforeOverwriting() {
     QCOMPARE(old.readAll().count("\r\n"), 42);
 }
 
+void TwoPartToolsTest::settingsLoadStopsAtTheFirstError_data() {
+    QTest::addColumn<bool>("shortened");  // else line 19 holds a letter
+    QTest::addColumn<int>("error");
+    QTest::addColumn<QString>("dp2");  // part 2's DP lies beyond line 19
+    QTest::newRow("41 lines") << true << 62 << "123.00";
+    QTest::newRow("letter in line 19") << false << 13 << "260.00";
+}
+
 void TwoPartToolsTest::settingsLoadStopsAtTheFirstError() {
-    // Reading errors themselves are pinned in the settings file tests; here the window keeps
-    // what was read before the error and runs no validation.
+    // The window keeps what was read before the error and runs no validation.
+    QFETCH(bool, shortened);
+    QFETCH(int, error);
+    QFETCH(QString, dp2);
     QTemporaryDir dir;
     const QString path = dir.filePath("profile.txt");
     MainForm2Parts2Src source;
@@ -256,20 +267,26 @@ void TwoPartToolsTest::settingsLoadStopsAtTheFirstError() {
     click(&source, "mSaveAs");
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadWrite));
-    const QByteArray content = file.readAll();
+    QByteArray content = file.readAll();
+    if (shortened) {
+        content = content.left(content.lastIndexOf("PWMPolarity is"));
+    } else {
+        content.replace("OutMode is:0\r\nPWMFreq", "OutMode is:x\r\nPWMFreq");
+    }
     file.resize(0);
-    file.write(content.left(content.lastIndexOf("PWMPolarity is")));  // 41 lines
+    file.write(content);
     file.close();
 
     MainForm2Parts2Src window;
     typeInto(&window, "DP", 0, "5");
     bench->prompts.fileNames.push_back(path);
     click(&window, "mOpen");
-    QCOMPARE(
-        bench->prompts.messages,
-        QStringList{"Error with number:62 occurs! Please check the integrity of profile file!"});
+    QCOMPARE(bench->prompts.messages,
+             QStringList{QStringLiteral("Error with number:%1 occurs! Please check the "
+                                        "integrity of profile file!")
+                             .arg(error)});
     QCOMPARE(textOf(&window, "DP", 0), QStringLiteral("111.00"));
-    QCOMPARE(textOf(&window, "DP", 1), QStringLiteral("123.00"));
+    QCOMPARE(textOf(&window, "DP", 1), dp2);
     QCOMPARE(window.context().params[0].DP, 5.0f);
 }
 

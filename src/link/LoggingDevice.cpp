@@ -73,16 +73,22 @@ class LoggingMemory : public MemoryAccess {
     void WriteMemory(std::int16_t part, std::int32_t address, std::int32_t data) override {
         logged(
             *m_log,
-            call("WriteMemory", {QString::number(part), QString::number(address, 16).toUpper(),
-                                 QString::number(data, 16).toUpper()}),
+            call("WriteMemory", {QString::number(part),
+                                 QString::number(static_cast<std::uint32_t>(address), 16).toUpper(),
+                                 QString::number(static_cast<std::uint32_t>(data), 16).toUpper()}),
             [&] { m_inner->WriteMemory(part, address, data); }, [] { return QString(); });
     }
     void ReadMemory(std::int16_t part, std::int32_t address, std::int32_t& data) override {
         logged(
             *m_log,
-            call("ReadMemory", {QString::number(part), QString::number(address, 16).toUpper()}),
+            call("ReadMemory",
+                 {QString::number(part),
+                  QString::number(static_cast<std::uint32_t>(address), 16).toUpper()}),
             [&] { m_inner->ReadMemory(part, address, data); },
-            [&] { return QStringLiteral("data=") + QString::number(data, 16).toUpper(); });
+            [&] {
+                return QStringLiteral("data=") +
+                       QString::number(static_cast<std::uint32_t>(data), 16).toUpper();
+            });
     }
     void SetSolverParameter(std::int16_t part, std::int16_t id, const SolverValue& value,
                             std::int16_t mode, std::int32_t& failed) override {

@@ -15,6 +15,7 @@
 
 #include "core/Services.h"
 #include "shell/DeviceSession.h"
+#include "shell/widgets/WidgetControlView.h"
 #include "sim/SimulatedProgrammer.h"
 #include "support/ScriptedPrompts.h"
 
@@ -71,20 +72,7 @@ inline void typeInto(QWidget* root, const QString& name, int index, const QStrin
 }
 
 inline QString textOf(QWidget* root, const QString& name, int index = -1) {
-    QWidget* w = find(root, name, index);
-    if (auto* edit = qobject_cast<QLineEdit*>(w)) {
-        return edit->text();
-    }
-    if (auto* button = qobject_cast<QAbstractButton*>(w)) {
-        return button->text();
-    }
-    if (auto* label = qobject_cast<QLabel*>(w)) {
-        return label->text();
-    }
-    if (auto* combo = qobject_cast<QComboBox*>(w)) {
-        return combo->currentText();
-    }
-    return {};
+    return WidgetControlView(root).text(name, index);
 }
 
 // Whether the user can operate the control (its own state and every frame around it).

@@ -3,7 +3,7 @@
 #include <QStringList>
 
 #include "mainwindows/MainForm2Parts.h"
-#include "pointwindows/PointWindows.h"
+#include "pointwindows/widgets/PointWindows.h"
 
 namespace rk31 {
 

@@ -19,6 +19,7 @@ std::int16_t CommandTarget(const WindowContext& ctx, std::int16_t part);
 // Point windows: powers the part (part < 0: both parts) off when the window powered it.
 void PowerOffIfPowered(WindowContext& ctx, int part);
 
+inline constexpr const char* kNotInOwiModeText = "Error: Not in OWI mode";
 inline constexpr const char* kCommLockRefusedText =
     "Failed to set OWI mode due to CommLock!...Return to ADC mode!";
 

@@ -265,9 +265,9 @@ void PrepareDevice(WindowContext& ctx, int part) {
     wait->TextChange(QStringLiteral("System is self correcting... Please Wait..."));
     CheckDACCalibration(ctx, bothParts ? kBothParts : p);
     if (ctx.pointWindowHasPower) {
-        ctx.view.setEnabled(QStringLiteral("SetpointA"), -1, true);
+        ctx.view.setEnabled(ctl::SetpointA, -1, true);
         ctx.view.setEnabled(ctl::PowerOn, -1, false);
-        ctx.view.setEnabled(QStringLiteral("SetpointB"), -1, false);
+        ctx.view.setEnabled(ctl::SetpointB, -1, false);
     }
 }
 

@@ -8,7 +8,7 @@ int WindowContext::selectedPart() const {
     if (family != WindowFamily::OnePartPoint) {
         return 0;
     }
-    return qMax(0, view.listIndex(QStringLiteral("PartSel")));
+    return qMax(0, view.listIndex(ctl::PartSel));
 }
 
 }  // namespace rk31

@@ -93,6 +93,16 @@ inline const QString PWMPolarity = QStringLiteral("PWMPolarity");
 inline const QString mOpen = QStringLiteral("mOpen");
 inline const QString mSaveAs = QStringLiteral("mSaveAs");
 inline const QString btnAbout = QStringLiteral("btnAbout");
+// The point-programming windows.
+inline const QString PartSel = QStringLiteral("PartSel");
+inline const QString SetpointA = QStringLiteral("SetpointA");
+inline const QString SetpointB = QStringLiteral("SetpointB");
+inline const QString OffsetDP = QStringLiteral("OffsetDP");
+inline const QString OffsetAngleB = QStringLiteral("OffsetAngleB");
+inline const QString Frame1 = QStringLiteral("Frame1");
+inline const QString Frame2 = QStringLiteral("Frame2");
+inline const QString Picture1 = QStringLiteral("Picture1");
+inline const QString Image1 = QStringLiteral("Image1");
 }  // namespace ctl
 
 // Everything a main window's procedures work on: the session, the window's controls and seams,

@@ -22,11 +22,11 @@ bool hasPowerCommand(const WindowContext& ctx) {
 void readyPointButtons(WindowContext& ctx) {
     if (hasPowerCommand(ctx)) {
         ctx.view.setEnabled(ctl::PowerOn, -1, true);
-        ctx.view.setEnabled(QStringLiteral("SetpointA"), -1, false);
+        ctx.view.setEnabled(ctl::SetpointA, -1, false);
     } else {
-        ctx.view.setEnabled(QStringLiteral("SetpointA"), -1, true);
+        ctx.view.setEnabled(ctl::SetpointA, -1, true);
     }
-    ctx.view.setEnabled(QStringLiteral("SetpointB"), -1, false);
+    ctx.view.setEnabled(ctl::SetpointB, -1, false);
 }
 
 void connect(WindowContext& ctx) {
@@ -80,8 +80,8 @@ void disconnect(WindowContext& ctx) {
     }
     ctx.view.setText(ctl::connect, -1, kConnect);
     if (!ctx.isTwoPart()) {
-        ctx.view.setEnabled(QStringLiteral("SetpointA"), -1, false);
-        ctx.view.setEnabled(QStringLiteral("SetpointB"), -1, false);
+        ctx.view.setEnabled(ctl::SetpointA, -1, false);
+        ctx.view.setEnabled(ctl::SetpointB, -1, false);
         if (hasPowerCommand(ctx)) {
             ctx.view.setEnabled(ctl::PowerOn, -1, false);
         }

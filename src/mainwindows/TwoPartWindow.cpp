@@ -1,123 +1,52 @@
 #include "mainwindows/TwoPartWindow.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QEvent>
-#include <QFocusEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPointer>
-#include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 #include "chipsession/SessionControls.h"
 #include "chipsession/WindowCommands.h"
-#include "core/AppTitle.h"
-#include "core/DeviceError.h"
-#include "core/Prompts.h"
-#include "core/Services.h"
-#include "display/RealTimeDisplayBar.h"
-#include "display/frmLinearGraph.h"
 #include "link/Connection.h"
-#include "link/widgets/frmComport.h"
 #include "params/SettingsCommands.h"
 #include "params/UpdateControl.h"
 #include "programming/AngleCapture.h"
 #include "programming/ProgramSequence.h"
 #include "programming/SwitchOutput.h"
-#include "programming/widgets/frmadvanced.h"
-#include "shell/DeviceSession.h"
-#include "shell/widgets/About.h"
-#include "shell/widgets/confirm.h"
-#include "shell/widgets/waitform.h"
 
 namespace rk31 {
 
 namespace {
-
-constexpr int kNumberBoxWidth = 84;
-
-QString controlName(const QString& name, int index) {
-    return WidgetControlView::objectNameFor(name, index);
-}
-
-QLabel* buddyLabel(const QString& text, QWidget* buddy, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
-    label->setBuddy(buddy);
-    return label;
-}
-
-// The wait window of one sequence; unloading it when the sequence ends or is abandoned.
-class WaitFormWindow : public WaitWindow {
-  public:
-    WaitFormWindow(QWidget* owner, const QString& text) : m_form(new waitform(owner)) {
-        m_form->Init(text);
-    }
-    ~WaitFormWindow() override {
-        if (m_form) {
-            m_form->unload();
-            m_form->deleteLater();
-        }
-    }
-    void show() override {
-        if (m_form) {
-            m_form->ShowModeless();
-        }
-    }
-    void TextChange(const QString& text) override {
-        if (m_form) {
-            m_form->TextChange(text);
-        }
-    }
-
-  private:
-    QPointer<waitform> m_form;
-};
 
 const char* const kPointLetters[] = {"A", "B", "C", "D"};
 
 }  // namespace
 
 TwoPartWindow::TwoPartWindow(WindowFamily family, const QString& className, QWidget* parent)
-    : QWidget(parent), m_oneSupply(family == WindowFamily::TwoPartOneSupply), m_view(this) {
-    setObjectName(className);
-    setWindowTitle(QString::fromLatin1(kAppTitle));
-    m_ctx = std::make_unique<WindowContext>(family, DeviceSession::instance(), m_view, AppPrompts(),
-                                            AppPause(), *this);
+    : MainWindowBase(family, className, parent),
+      m_oneSupply(family == WindowFamily::TwoPartOneSupply) {
     buildUi();
-    run([this] { TwoPartWindowLoad(*m_ctx); });
+    run([this] { TwoPartWindowLoad(context()); });
 }
-
-TwoPartWindow::~TwoPartWindow() = default;
 
 QLineEdit* TwoPartWindow::addBox(const QString& name, int index, const QString& text, Field field) {
-    auto* box = new QLineEdit(text, this);
-    box->setObjectName(controlName(name, index));
-    box->setMaximumWidth(kNumberBoxWidth);
-    box->setMinimumWidth(kNumberBoxWidth);
-    box->installEventFilter(this);
-    m_validatedBoxes.insert(box, {field, index});
-    return box;
+    WindowContext& ctx = context();
+    return MainWindowBase::addBox(name, index, text,
+                                  [&ctx, field, index] { ValidateField(ctx, field, index); });
 }
 
-QAbstractButton* TwoPartWindow::addButton(const QString& name, int index, const QString& caption,
-                                          std::function<void()> handler) {
-    auto* button = new QPushButton(caption, this);
-    button->setObjectName(controlName(name, index));
-    button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, this,
-            [this, handler = std::move(handler)] { run(handler); });
-    return button;
+void TwoPartWindow::afterDeviceFailure() {
+    UpdateControl(context());
 }
 
 void TwoPartWindow::addSessionButtons(QGridLayout* grid, int row, int index) {
     const auto part = static_cast<std::int16_t>(index < 0 ? 0 : index);
-    WindowContext& ctx = *m_ctx;
+    WindowContext& ctx = context();
     const std::int16_t target = index < 0 ? kBothParts : part;
     grid->addWidget(
         addButton(ctl::newdevice, index, tr("New Device"), [&ctx, part] { NewDevice(ctx, part); }),
@@ -140,7 +69,7 @@ void TwoPartWindow::addSessionButtons(QGridLayout* grid, int row, int index) {
 }
 
 QWidget* TwoPartWindow::buildTopBar() {
-    WindowContext& ctx = *m_ctx;
+    WindowContext& ctx = context();
     auto* bar = new QWidget(this);
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -159,7 +88,7 @@ QWidget* TwoPartWindow::buildTopBar() {
 }
 
 QGroupBox* TwoPartWindow::buildPartFrame(int part) {
-    WindowContext& ctx = *m_ctx;
+    WindowContext& ctx = context();
     const auto p = static_cast<std::int16_t>(part);
     auto* frame = new QGroupBox(tr("Part #%1").arg(part + 1), this);
     frame->setObjectName(controlName(ctl::PartFrame, part));
@@ -265,7 +194,7 @@ QGroupBox* TwoPartWindow::buildPartFrame(int part) {
         step->setToolTip(accessible);
         const int dir = direction;
         connect(step, &QToolButton::clicked, this,
-                [this, p, dir] { run([this, p, dir] { HysStep(*m_ctx, p, dir); }); });
+                [this, p, dir] { run([this, p, dir] { HysStep(context(), p, dir); }); });
         hysRow->addWidget(step);
     }
     hysRow->addStretch(1);
@@ -291,7 +220,7 @@ QGroupBox* TwoPartWindow::buildPartFrame(int part) {
         outGrid->addWidget(combo, outRow++, 1);
         if (list.name == ctl::OutMode) {
             connect(combo, qOverload<int>(&QComboBox::activated), this,
-                    [this, p] { run([this, p] { OutModeSelected(*m_ctx, p); }); });
+                    [this, p] { run([this, p] { OutModeSelected(context(), p); }); });
         }
     }
     lower->addWidget(output);
@@ -317,7 +246,7 @@ void TwoPartWindow::buildUi() {
             auto* enable = new QCheckBox(tr("Enable Part #%1").arg(part + 1), this);
             enable->setObjectName(controlName(ctl::PartEnable, part));
             connect(enable, &QCheckBox::clicked, this,
-                    [this] { run([this] { UpdateControl(*m_ctx); }); });
+                    [this] { run([this] { UpdateControl(context()); }); });
             column->addWidget(enable);
         }
         column->addWidget(buildPartFrame(part), 1);
@@ -331,76 +260,6 @@ void TwoPartWindow::buildUi() {
     status->setTextInteractionFlags(Qt::TextSelectableByMouse);
     statusLayout->addWidget(status);
     layout->addWidget(statusFrame);
-}
-
-bool TwoPartWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::FocusOut) {
-        const auto reason = static_cast<QFocusEvent*>(event)->reason();
-        // Only a move to another control of this window counts as leaving the box; a message
-        // box or another window taking the focus does not.
-        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
-            const auto it = m_validatedBoxes.constFind(watched);
-            if (it != m_validatedBoxes.constEnd()) {
-                const auto [field, index] = *it;
-                run([this, field, index] { ValidateField(*m_ctx, field, index); });
-            }
-        }
-    }
-    return QWidget::eventFilter(watched, event);
-}
-
-void TwoPartWindow::run(const std::function<void()>& handler) {
-    try {
-        handler();
-    } catch (const DeviceError& e) {
-        m_ctx->prompts.message(e.description());
-        UpdateControl(*m_ctx);
-    }
-}
-
-std::unique_ptr<WaitWindow> TwoPartWindow::createWaitWindow(const QString& text) {
-    return std::make_unique<WaitFormWindow>(this, text);
-}
-
-void TwoPartWindow::processEvents() {
-    QCoreApplication::processEvents();
-}
-
-std::int16_t TwoPartWindow::choosePort() {
-    frmComport dialog(this);
-    m_ctx->prompts.runModal(dialog);
-    return dialog.SelectedCOM();
-}
-
-bool TwoPartWindow::confirmCommLock() {
-    confirm dialog(this);
-    m_ctx->prompts.runModal(dialog);
-    return dialog.CheckSelection();
-}
-
-void TwoPartWindow::showAbout(const QString& hardwareVersion) {
-    About box(this);
-    box.Init(hardwareVersion);
-    m_ctx->prompts.runModal(box);
-}
-
-void TwoPartWindow::showLinearGraph(std::int16_t part, std::int16_t count, std::int16_t part2,
-                                    std::int16_t count2) {
-    frmLinearGraph graph(this);
-    graph.Init(part, count, part2, count2);
-    m_ctx->prompts.runModal(graph);
-}
-
-void TwoPartWindow::showRealTimeDisplay(std::int16_t part, std::int16_t num) {
-    RealTimeDisplayBar display(this);
-    display.Init(part, num);
-    m_ctx->prompts.runModal(display);
-}
-
-void TwoPartWindow::showAdvanced(std::int16_t part, std::int16_t num) {
-    frmadvanced dialog(this);
-    dialog.Init(part, num);
-    m_ctx->prompts.runModal(dialog);
 }
 
 }  // namespace rk31

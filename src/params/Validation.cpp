@@ -244,12 +244,14 @@ Validated ValidateHYS(const QString& text, int part, Prompts& prompts) {
     return {FormatSingle(value, 2), value};
 }
 
+// These boxes keep no value: a text that is no number by the rules' own test (a lowercase "e"
+// included) stays as typed.
 QString FormatVDD(const QString& text) {
-    return FormatText(text, 3);
+    return IsNumberText(text) ? FormatText(text, 3) : text;
 }
 
 QString FormatReadAngle(const QString& text) {
-    return FormatText(text, 2);
+    return IsNumberText(text) ? FormatText(text, 2) : text;
 }
 
 QString ValidateOffset(const QString& text, Prompts& prompts) {

@@ -299,26 +299,30 @@ void CalPartCurve(std::int16_t count, std::int16_t part, const RoundedImages& ro
         return pair;
     };
 
+    // count 2 and 3 end at that many points; any other count takes all four.
+    const std::size_t lastPair = count == 2 ? 0 : count == 3 ? 1 : 2;
+    // A pair of equal levels at different angles never meets a clamp: the part gets only its
+    // point segments, so neither the extensions nor the closing through DP have ends to join.
+    const auto flat = [](const PointPair& pair) {
+        return pair[0][1] == pair[1][1] && pair[0][0] != pair[1][0];
+    };
+    const bool closed = !flat(pairFrom(0)) && !flat(pairFrom(lastPair));
+
     CurveRows list{};
     ScratchRows scratch{};
-    Cal2PointsExtend0(reversed, pairFrom(0), list, clamps, prompts);
-    CalSegment(reversed, pairFrom(0), scratch);
-    AppendSegments(list, scratch);
-    std::size_t lastPair = 0;
-    if (count != 2) {
-        CalSegment(reversed, pairFrom(1), scratch);
-        AppendSegments(list, scratch);
-        lastPair = 1;
-        if (count != 3) {
-            CalSegment(reversed, pairFrom(2), scratch);
-            AppendSegments(list, scratch);
-            lastPair = 2;
-        }
+    if (closed) {
+        Cal2PointsExtend0(reversed, pairFrom(0), list, clamps, prompts);
     }
-    Cal2PointsExtend1(reversed, pairFrom(lastPair), scratch, clamps, prompts);
-    AppendSegments(list, scratch);
-    CalDPSegments(reversed, list, scratch, rounded.RoundedDP.at(part), prompts);
-    AppendSegments(list, scratch);
+    for (std::size_t first = 0; first <= lastPair; ++first) {
+        CalSegment(reversed, pairFrom(first), scratch);
+        AppendSegments(list, scratch);
+    }
+    if (closed) {
+        Cal2PointsExtend1(reversed, pairFrom(lastPair), scratch, clamps, prompts);
+        AppendSegments(list, scratch);
+        CalDPSegments(reversed, list, scratch, rounded.RoundedDP.at(part), prompts);
+        AppendSegments(list, scratch);
+    }
     curves.at(part) = list;
 }
 

@@ -41,7 +41,7 @@ void RunShortSession(QZ7734Device& device) {
     memory->ReadMemory(0, 0x48, out);
     memory->SetSolverParameter(0, 1, 10.0f, 1, out);
     float angle = 0;
-    EXPECT_THROW(device.ReadAngle(1, angle), DeviceError);
+    EXPECT_THROW(device.ReadAngle(7, angle), DeviceError);
 }
 
 constexpr const char* kShortSessionLog =
@@ -50,7 +50,7 @@ constexpr const char* kShortSessionLog =
     "GetMemoryAccess()\n"
     "ReadMemory(0, 48) -> data=1FF\n"
     "SetSolverParameter(0, 1, Single:10, 1) -> failed=0\n"
-    "ReadAngle(1) !! Part#2 cannot report its angle: it is not in OWI mode!";
+    "ReadAngle(7) !! Part index 7 is out of range!";
 
 TEST(DeviceLog, LogsTheObjectsCreatedWhileTheVariableIsSet) {
     QTemporaryDir dir;

@@ -232,8 +232,12 @@ TEST(CalPartCurve, WholeCurves) {
          "330,10>360,40 0,40>10,50 10,50>20,60 20,60>50,90 50,90>100,90 100,90>100,10 100,10>330,10", {}},
         {"both extensions fail: the rest is stored", "40,45 50,46", 2, false, k10to90, 100,
          "40,45>50,46 50,46>100,46 100,46>100,45 100,45>360,45 0,45>40,45", {kExtend0Error, kExtend1Error}},
-        {"equal levels: no extensions, no message", "100,50 200,50", 2, false, k10to90, 300,
-         "100,50>200,50 200,50>300,50 300,50>300,50 300,50>360,50 0,50>100,50", {}},
+        {"equal levels: the point segments alone, no message", "100,50 200,50", 2, false, k10to90, 300,
+         "100,50>200,50", {}},
+        {"first pair flat among four: the point segments alone", "100,50 150,50 250,60 300,80", 4, false,
+         k10to90, 20, "100,50>150,50 150,50>250,60 250,60>300,80", {}},
+        {"last pair flat among three, over the seam", "300,20 350,60 20,60", 3, false, k10to90, 200,
+         "300,20>350,60 350,60>360,60 0,60>20,60", {}},
     };
     // clang-format on
     for (const std::int16_t part : {0, 1}) {

@@ -1,0 +1,165 @@
+#include "windowkit/MainWindowBase.h"
+
+#include <QCoreApplication>
+#include <QFocusEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+
+#include "core/AppTitle.h"
+#include "core/DeviceError.h"
+#include "core/Prompts.h"
+#include "core/Services.h"
+#include "display/RealTimeDisplayBar.h"
+#include "display/frmLinearGraph.h"
+#include "link/widgets/frmComport.h"
+#include "programming/widgets/frmadvanced.h"
+#include "shell/DeviceSession.h"
+#include "shell/widgets/About.h"
+#include "shell/widgets/confirm.h"
+#include "shell/widgets/waitform.h"
+
+namespace rk31 {
+
+namespace {
+
+constexpr int kNumberBoxWidth = 84;
+
+// The wait window of one sequence; unloading it when the sequence ends or is abandoned.
+class WaitFormWindow : public WaitWindow {
+  public:
+    WaitFormWindow(QWidget* owner, const QString& text) : m_form(new waitform(owner)) {
+        m_form->Init(text);
+    }
+    ~WaitFormWindow() override {
+        if (m_form) {
+            m_form->unload();
+            m_form->deleteLater();
+        }
+    }
+    void show() override {
+        if (m_form) {
+            m_form->ShowModeless();
+        }
+    }
+    void TextChange(const QString& text) override {
+        if (m_form) {
+            m_form->TextChange(text);
+        }
+    }
+
+  private:
+    QPointer<waitform> m_form;
+};
+
+}  // namespace
+
+MainWindowBase::MainWindowBase(WindowFamily family, const QString& className, QWidget* parent)
+    : QWidget(parent), m_view(this) {
+    setObjectName(className);
+    setWindowTitle(QString::fromLatin1(kAppTitle));
+    m_ctx = std::make_unique<WindowContext>(family, DeviceSession::instance(), m_view, AppPrompts(),
+                                            AppPause(), *this);
+}
+
+MainWindowBase::~MainWindowBase() = default;
+
+QLineEdit* MainWindowBase::addBox(const QString& name, int index, const QString& text,
+                                  std::function<void()> onLeave, QWidget* parent) {
+    auto* box = new QLineEdit(text, parent ? parent : this);
+    box->setObjectName(controlName(name, index));
+    box->setMaximumWidth(kNumberBoxWidth);
+    box->setMinimumWidth(kNumberBoxWidth);
+    box->installEventFilter(this);
+    m_leaveHandlers.insert(box, std::move(onLeave));
+    return box;
+}
+
+QAbstractButton* MainWindowBase::addButton(const QString& name, int index, const QString& caption,
+                                           std::function<void()> handler, QWidget* parent) {
+    auto* button = new QPushButton(caption, parent ? parent : this);
+    button->setObjectName(controlName(name, index));
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this,
+            [this, handler = std::move(handler)] { run(handler); });
+    return button;
+}
+
+QLabel* MainWindowBase::buddyLabel(const QString& text, QWidget* buddy, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setBuddy(buddy);
+    return label;
+}
+
+bool MainWindowBase::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusOut) {
+        const auto reason = static_cast<QFocusEvent*>(event)->reason();
+        // Only a move to another control of this window counts as leaving the box; a message
+        // box or another window taking the focus does not.
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
+            const auto it = m_leaveHandlers.constFind(watched);
+            if (it != m_leaveHandlers.constEnd()) {
+                const std::function<void()> handler = *it;
+                run(handler);
+            }
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void MainWindowBase::run(const std::function<void()>& handler) {
+    try {
+        handler();
+    } catch (const DeviceError& e) {
+        m_ctx->prompts.message(e.description());
+        afterDeviceFailure();
+    }
+}
+
+std::unique_ptr<WaitWindow> MainWindowBase::createWaitWindow(const QString& text) {
+    return std::make_unique<WaitFormWindow>(this, text);
+}
+
+void MainWindowBase::processEvents() {
+    QCoreApplication::processEvents();
+}
+
+std::int16_t MainWindowBase::choosePort() {
+    frmComport dialog(this);
+    m_ctx->prompts.runModal(dialog);
+    return dialog.SelectedCOM();
+}
+
+bool MainWindowBase::confirmCommLock() {
+    confirm dialog(this);
+    m_ctx->prompts.runModal(dialog);
+    return dialog.CheckSelection();
+}
+
+void MainWindowBase::showAbout(const QString& hardwareVersion) {
+    About box(this);
+    box.Init(hardwareVersion);
+    m_ctx->prompts.runModal(box);
+}
+
+void MainWindowBase::showLinearGraph(std::int16_t part, std::int16_t count, std::int16_t part2,
+                                     std::int16_t count2) {
+    frmLinearGraph graph(this);
+    graph.Init(part, count, part2, count2);
+    m_ctx->prompts.runModal(graph);
+}
+
+void MainWindowBase::showRealTimeDisplay(std::int16_t part, std::int16_t num) {
+    RealTimeDisplayBar display(this);
+    display.Init(part, num);
+    m_ctx->prompts.runModal(display);
+}
+
+void MainWindowBase::showAdvanced(std::int16_t part, std::int16_t num) {
+    frmadvanced dialog(this);
+    dialog.Init(part, num);
+    m_ctx->prompts.runModal(dialog);
+}
+
+}  // namespace rk31

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+#include "chipsession/WindowContext.h"
+#include "shell/widgets/WidgetControlView.h"
+
+class QAbstractButton;
+class QLabel;
+class QLineEdit;
+
+namespace rk31 {
+
+// What every main window shares, whichever variant it is: the window's context and control
+// view, the dialogs the window procedures open over it, boxes that are checked when they lose
+// the focus, and buttons whose handlers report a device failure instead of letting it escape.
+class MainWindowBase : public QWidget, public WindowUi {
+    Q_OBJECT
+  public:
+    MainWindowBase(WindowFamily family, const QString& className, QWidget* parent = nullptr);
+    ~MainWindowBase() override;
+
+    WindowContext& context() { return *m_ctx; }
+    ControlView& view() { return m_view; }
+
+    // WindowUi
+    std::unique_ptr<WaitWindow> createWaitWindow(const QString& text) override;
+    void processEvents() override;
+    std::int16_t choosePort() override;
+    bool confirmCommLock() override;
+    void showAbout(const QString& hardwareVersion) override;
+    void showLinearGraph(std::int16_t part, std::int16_t count, std::int16_t part2,
+                         std::int16_t count2) override;
+    void showRealTimeDisplay(std::int16_t part, std::int16_t num) override;
+    void showAdvanced(std::int16_t part, std::int16_t num) override;
+
+  protected:
+    // A text box named `name` (element `index`, -1 for a single box) whose `onLeave` runs when
+    // the user moves the focus to another control of this window.
+    QLineEdit* addBox(const QString& name, int index, const QString& text,
+                      std::function<void()> onLeave, QWidget* parent = nullptr);
+    QAbstractButton* addButton(const QString& name, int index, const QString& caption,
+                               std::function<void()> handler, QWidget* parent = nullptr);
+    // A label that names `buddy`, so that the box carries the label as its accessible name.
+    static QLabel* buddyLabel(const QString& text, QWidget* buddy, QWidget* parent);
+    static QString controlName(const QString& name, int index) {
+        return WidgetControlView::objectNameFor(name, index);
+    }
+
+    // Runs an event handler: a device call that fails as a whole is reported and the action
+    // abandoned, then the window gets the chance to bring its controls in line.
+    void run(const std::function<void()>& handler);
+    // After a handler was abandoned on a device failure.
+    virtual void afterDeviceFailure() {}
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    WidgetControlView m_view;
+    std::unique_ptr<WindowContext> m_ctx;
+    QHash<QObject*, std::function<void()>> m_leaveHandlers;
+};
+
+}  // namespace rk31

@@ -179,8 +179,13 @@ void TransferCurvePlot::setSources(const CurveTables* curves, const RoundedImage
     update();
 }
 
+void TransferCurvePlot::setPreferredSize(QSize size) {
+    m_preferredSize = size;
+    updateGeometry();
+}
+
 QSize TransferCurvePlot::sizeHint() const {
-    return {880, 440};
+    return m_preferredSize;
 }
 
 QSize TransferCurvePlot::minimumSizeHint() const {

@@ -87,6 +87,8 @@ class TransferCurvePlot : public QWidget {
 
     void setSources(const CurveTables* curves, const RoundedImages* rounded);
 
+    // The size the plot asks for when its window opens; the Linear Graph's unless set.
+    void setPreferredSize(QSize size);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -96,6 +98,7 @@ class TransferCurvePlot : public QWidget {
   private:
     PartsSource m_source;
     int m_markedPoints = 4;
+    QSize m_preferredSize{880, 440};
     const CurveTables* m_curves;
     const RoundedImages* m_rounded;
 };

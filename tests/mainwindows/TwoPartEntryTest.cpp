@@ -34,6 +34,7 @@ class TwoPartEntryTest : public QObject {
     void boxesAreCorrectedWhenLeft_data();
     void boxesAreCorrectedWhenLeft();
     void storedValueKeepsTheTypedPrecision();
+    void textOnlyBoxesKeepANonNumberAsTyped();
     void freshWindowOffersOnlyConnect();
     void connectedPartInAdcModeIsUsable();
     void lockedPartKeepsItsBoxesButNotItsOwiCommands();
@@ -167,6 +168,17 @@ void TwoPartEntryTest::boxesAreCorrectedWhenLeft() {
                         : box == "Level"     ? p.Level[index % 4]
                                              : p.Slope;
     QCOMPARE(value, stored);
+}
+
+void TwoPartEntryTest::textOnlyBoxesKeepANonNumberAsTyped() {
+    MainForm2Parts2Src window;
+    for (const char* box : {"VDD", "Rangle"}) {
+        typeInto(&window, box, 1, "1e2");
+        QCOMPARE(textOf(&window, box, 1), QStringLiteral("1e2"));
+    }
+    typeInto(&window, "VDD", 0, "4.9");
+    QCOMPARE(textOf(&window, "VDD", 0), QStringLiteral("4.900"));
+    QVERIFY(bench->prompts.messages.isEmpty());
 }
 
 void TwoPartEntryTest::storedValueKeepsTheTypedPrecision() {

@@ -171,6 +171,9 @@ TEST(Validation, StepHYS) {
 
 TEST(Validation, TextOnlyBoxes) {
     EXPECT_EQ(FormatVDD("5") + FormatVDD(""), "5.000");
+    // A lowercase "e" makes no number for the rules, so the text stays as typed.
+    EXPECT_EQ(FormatVDD("1e2") + " " + FormatVDD("1E-1") + " " + FormatVDD("abc"), "1e2 0.100 abc");
+    EXPECT_EQ(FormatReadAngle("1e2") + " " + FormatReadAngle("12.345"), "1e2 12.35");
     // clang-format off
     const struct { const char* text; const char* result; } offsets[] = {
         {"-1", "0.00"}, {"360", "359.99"}, {"abc", "0.00"}, {"", "0.00"}, {"1e1", "0.00"}, {"12.5", "12.50"},

@@ -1,9 +1,13 @@
 #include "Scenes.h"
 
-#include <QLineEdit>
-#include <QPushButton>
-
+#include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QFocusEvent>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include "chipsession/ChipStateMachine.h"
@@ -15,11 +19,13 @@
 #include "mainwindows/MainForm2Parts.h"
 #include "params/FieldValidation.h"
 #include "params/UpdateControl.h"
+#include "pointwindows/widgets/PointWindows.h"
 #include "programming/widgets/frmadvanced.h"
 #include "shell/DeviceSession.h"
 #include "shell/widgets/About.h"
 #include "shell/widgets/confirm.h"
 #include "shell/widgets/waitform.h"
+#include "sim/SimulatedBox.h"
 
 namespace rk31::screenshot {
 
@@ -125,6 +131,76 @@ std::unique_ptr<QWidget> realTimeDisplay(SceneContext& context) {
     return display;
 }
 
+void clickButton(QWidget* window, const QString& name) {
+    if (auto* button = window->findChild<QAbstractButton*>(name); button && button->isEnabled()) {
+        button->click();
+    }
+}
+
+void typeText(QWidget* window, const QString& name, const QString& text) {
+    if (auto* box = window->findChild<QLineEdit*>(name)) {
+        box->setText(text);
+    }
+}
+
+// How far a point window's scene goes: just opened, connected on the programmer's port, or a
+// part taught at 40 and 170 degrees and programmed.
+enum class Stage { Offline, Connected, Programmed };
+
+std::unique_ptr<QWidget> pointWindow(SceneContext& context,
+                                     std::unique_ptr<PointProgrammingWindow> window, Stage stage) {
+    QWidget* w = window.get();
+    if (stage == Stage::Offline) {
+        return window;
+    }
+    context.dialogScripts.push_back([](QDialog& dialog) {
+        auto* list = dialog.findChild<QComboBox*>(QStringLiteral("Port"));
+        list->setCurrentIndex(list->findText(QStringLiteral("COM3")));
+        dialog.findChild<QAbstractButton*>(QStringLiteral("connect"))->click();
+    });
+    clickButton(w, QStringLiteral("connect"));
+    if (stage == Stage::Connected) {
+        return window;
+    }
+    const bool both = window->traits().bothParts;
+    typeText(w, QStringLiteral("Level_0"), QStringLiteral("10.00"));
+    typeText(w, QStringLiteral("Level_1"), QStringLiteral("90.00"));
+    if (both) {
+        typeText(w, QStringLiteral("Level_2"), QStringLiteral("20.00"));
+        typeText(w, QStringLiteral("Level_3"), QStringLiteral("85.00"));
+    }
+    for (QLineEdit* box :
+         w->findChildren<QLineEdit*>(QRegularExpression(QStringLiteral("^Level")))) {
+        QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
+        QApplication::sendEvent(box, &out);
+    }
+    if (window->traits().offsets) {
+        typeText(w, QStringLiteral("OffsetAngleB"), QStringLiteral("130.00"));
+        typeText(w, QStringLiteral("OffsetDP"), QStringLiteral("180.00"));
+    }
+    clickButton(w, QStringLiteral("PowerOn"));
+    context.simulation.box->setMagnetAngle(40, 0);
+    clickButton(w, QStringLiteral("SetpointA"));
+    context.simulation.box->setMagnetAngle(170, 0);
+    clickButton(w, QStringLiteral("SetpointB"));
+    return window;
+}
+
+template <typename Window>
+Scene pointScene(const char* name, Stage stage) {
+    return {QString::fromLatin1(name), [stage](SceneContext& context) {
+                return pointWindow(context, std::make_unique<Window>(), stage);
+            }};
+}
+
+// A refusal as the windows show it.
+std::unique_ptr<QWidget> refusalMessage() {
+    auto box =
+        std::make_unique<QMessageBox>(QMessageBox::NoIcon, QStringLiteral("RK31 GUI - QZ7734"),
+                                      QStringLiteral("Error: Not in OWI mode"), QMessageBox::Ok);
+    return box;
+}
+
 }  // namespace
 
 const std::vector<Scene>& AllScenes() {
@@ -151,6 +227,23 @@ const std::vector<Scene>& AllScenes() {
         {"linear_graph_both_parts", [](SceneContext&) { return linearGraph(0, 4, 1, 2); }},
         {"linear_graph_part2_alone", [](SceneContext&) { return linearGraph(1, 2, 0, 0); }},
         {"real_time_display", realTimeDisplay},
+        pointScene<MainForm2PointsProgramming>("point2_offline", Stage::Offline),
+        pointScene<MainForm2PointsProgramming>("point2_connected", Stage::Connected),
+        pointScene<MainForm2PointsProgramming>("point2_programmed", Stage::Programmed),
+        pointScene<MainForm2PointsProgrammingforDual>("point3_offline", Stage::Offline),
+        pointScene<MainForm2PointsProgrammingforDual>("point3_connected", Stage::Connected),
+        pointScene<MainForm2PointsProgrammingforDual>("point3_programmed", Stage::Programmed),
+        pointScene<MainForm2PointsProgrammingWithPwr>("point4_offline", Stage::Offline),
+        pointScene<MainForm2PointsProgrammingWithPwr>("point4_connected", Stage::Connected),
+        pointScene<MainForm2PointsProgrammingWithPwr>("point4_programmed", Stage::Programmed),
+        pointScene<MainForm2PointsProgrammingforDualWithPwr>("point5_offline", Stage::Offline),
+        pointScene<MainForm2PointsProgrammingforDualWithPwr>("point5_connected", Stage::Connected),
+        pointScene<MainForm2PointsProgrammingforDualWithPwr>("point5_programmed",
+                                                             Stage::Programmed),
+        pointScene<MainForm1PointProgramming>("point6_offline", Stage::Offline),
+        pointScene<MainForm1PointProgramming>("point6_connected", Stage::Connected),
+        pointScene<MainForm1PointProgramming>("point6_programmed", Stage::Programmed),
+        {"refusal_message", [](SceneContext&) { return refusalMessage(); }},
     };
     return scenes;
 }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QDialog>
 #include <QString>
 #include <QWidget>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -14,6 +16,8 @@ namespace rk31::screenshot {
 // seams are installed before any scene is built; messages are printed, questions answer No.
 struct SceneContext {
     sim::Simulation simulation;
+    // Answers for the modal dialogs a scene's clicks open, in order; unanswered ones are closed.
+    std::deque<std::function<void(QDialog&)>> dialogScripts;
 };
 
 // One picture: a window built in the state worth looking at. The tool shows it, lets it lay

@@ -16,6 +16,7 @@ namespace {
 // dialogs are cancelled and modal dialogs are closed at once.
 class PrintingPrompts : public rk31::Prompts {
   public:
+    explicit PrintingPrompts(rk31::screenshot::SceneContext& context) : m_context(context) {}
     void message(const QString& text) override { print(QStringLiteral("message: ") + text); }
     bool question(const QString& text) override {
         print(QStringLiteral("question (answered No): ") + text);
@@ -23,9 +24,20 @@ class PrintingPrompts : public rk31::Prompts {
     }
     QString openFileName(const QString&, const QString&) override { return {}; }
     QString saveFileName(const QString&, const QString&) override { return {}; }
-    void runModal(QDialog& dialog) override { dialog.close(); }
+    void runModal(QDialog& dialog) override {
+        if (m_context.dialogScripts.empty()) {
+            dialog.close();
+            return;
+        }
+        const auto script = std::move(m_context.dialogScripts.front());
+        m_context.dialogScripts.pop_front();
+        dialog.show();
+        script(dialog);
+        dialog.close();
+    }
 
   private:
+    rk31::screenshot::SceneContext& m_context;
     static void print(const QString& text) { std::fprintf(stderr, "%s\n", qPrintable(text)); }
 };
 
@@ -57,9 +69,9 @@ int main(int argc, char** argv) {
     }
     const QStringList wanted = args.mid(1);
 
-    PrintingPrompts prompts;
+    rk31::screenshot::SceneContext context{rk31::sim::InstallSimulation({}), {}};
+    PrintingPrompts prompts(context);
     NoPause pause;
-    rk31::screenshot::SceneContext context{rk31::sim::InstallSimulation({})};
     rk31::InstallServices({&prompts, &pause, context.simulation.ports.get()});
 
     int failures = 0;
@@ -68,6 +80,9 @@ int main(int argc, char** argv) {
             continue;
         }
         rk31::DeviceSession::instance().resetToFreshProcess();
+        context.simulation = rk31::sim::InstallSimulation({});
+        context.dialogScripts.clear();
+        rk31::InstallServices({&prompts, &pause, context.simulation.ports.get()});
         const auto widget = scene.build(context);
         widget->show();
         // Windows open at their natural size, as they do on a desktop.

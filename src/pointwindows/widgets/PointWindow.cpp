@@ -220,6 +220,7 @@ void PointProgrammingWindow::buildUi() {
     m_plot->setMarkedPoints(2);
     m_plot->setAccessibleName(tr("Transfer curve"));
     m_plot->setMinimumSize(420, 280);
+    m_plot->setPreferredSize({640, 420});
     WindowContext& ctx = context();
     const bool both = m_traits.bothParts;
     if (both) {

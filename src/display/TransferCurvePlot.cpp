@@ -10,12 +10,22 @@ namespace rk31 {
 namespace {
 
 constexpr double kGridStep = 10;
-// The widest labels: the font shrinks until each fits into one grid step, so that neighbouring
+// The widest labels: the font shrinks until each fits into one grid column, so that neighbouring
 // angle labels stay apart, "100" stays left of the level axis and "deg" inside the right edge.
-const QString kWidestLabels[] = {QStringLiteral("360"), QStringLiteral("100"),
+// Where even the smallest legible size is too wide, the angle labels skip columns instead
+// (AngleLabelStep).
+const QString kColumnLabels[] = {QStringLiteral("360"), QStringLiteral("100"),
                                  QStringLiteral("deg")};
+const QString kWidestAngleLabel = QStringLiteral("360");
 constexpr int kLargestLabelPixels = 15;
-constexpr int kSmallestLabelPixels = 7;
+// Below this a label is no longer read comfortably; the angle labels thin out instead.
+constexpr int kSmallestLabelPixels = 8;
+// Label every column, or every 2nd, 3rd, ... column: steps that divide the 36 columns evenly.
+constexpr int kAngleLabelSteps[] = {1, 2, 3, 4, 6, 9, 12, 18, 36};
+
+double columnPixels(QSizeF size) {
+    return kGridStep * size.width() / (kPlotRight - kPlotLeft);
+}
 
 // Width-1 lines sit on pixel centres and width-2 lines on pixel edges, so that the grid stays
 // crisp black instead of a two-pixel grey smear.
@@ -51,7 +61,7 @@ QTransform PlotCanvas::PlotTransform(QSizeF size) {
 }
 
 QFont PlotCanvas::LabelFont(const QFont& base, QSizeF size) {
-    const double columnPixels = kGridStep * size.width() / (kPlotRight - kPlotLeft);
+    const double column = columnPixels(size);
     const double rowPixels = kGridStep * size.height() / (kPlotTop - kPlotBottom);
     QFont font(base);
     int pixels =
@@ -60,15 +70,25 @@ QFont PlotCanvas::LabelFont(const QFont& base, QSizeF size) {
         font.setPixelSize(pixels);
         const QFontMetricsF metrics(font);
         double widest = 0;
-        for (const QString& label : kWidestLabels) {
+        for (const QString& label : kColumnLabels) {
             widest = std::max(widest, metrics.horizontalAdvance(label));
         }
-        if (widest <= columnPixels * 0.9) {
+        if (widest <= column * 0.9) {
             break;
         }
     }
     font.setPixelSize(pixels);
     return font;
+}
+
+int PlotCanvas::AngleLabelStep(const QFont& font, QSizeF size) {
+    const double width = QFontMetricsF(font).horizontalAdvance(kWidestAngleLabel);
+    for (const int step : kAngleLabelSteps) {
+        if (width <= columnPixels(size) * step * 0.9) {
+            return step;
+        }
+    }
+    return kAngleLabelSteps[std::size(kAngleLabelSteps) - 1];
 }
 
 void PlotCanvas::DrawLabel(std::int16_t x, std::int16_t y, const QString& str) {
@@ -102,7 +122,9 @@ void PaintTransferCurves(QPainter& painter, QSizeF size, const ShownParts& parts
     painter.setRenderHint(QPainter::Antialiasing, true);
     painter.setRenderHint(QPainter::TextAntialiasing, true);
     painter.fillRect(QRectF(QPointF(0, 0), size), Qt::white);
-    painter.setFont(PlotCanvas::LabelFont(painter.font(), size));
+    const QFont labelFont = PlotCanvas::LabelFont(painter.font(), size);
+    const int angleLabelStep = PlotCanvas::AngleLabelStep(labelFont, size);
+    painter.setFont(labelFont);
     painter.setBrush(Qt::NoBrush);
 
     PlotCanvas canvas(painter, size);
@@ -117,7 +139,9 @@ void PaintTransferCurves(QPainter& painter, QSizeF size, const ShownParts& parts
     for (std::int16_t j = 1; j <= 36; ++j) {
         const auto angle = static_cast<std::int16_t>(10 * j);
         canvas.Line(angle, 0, angle, 100);
-        canvas.DrawLabel(angle, 0, QString::number(angle));
+        if (j % angleLabelStep == 0) {
+            canvas.DrawLabel(angle, 0, QString::number(angle));
+        }
     }
     canvas.DrawLabel(-5, 0, QStringLiteral("O"));
     canvas.DrawLabel(370, 0, QStringLiteral("deg"));

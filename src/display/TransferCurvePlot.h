@@ -45,8 +45,11 @@ class PlotCanvas {
 
     // Plot units onto pixels; the aspect ratio follows the widget.
     static QTransform PlotTransform(QSizeF size);
-    // A label size that keeps neighbouring grid labels apart at this widget size.
+    // A label size that keeps the level labels left of their axis at this widget size.
     static QFont LabelFont(const QFont& base, QSizeF size);
+    // Every how many grid columns an angle label fits without touching its neighbours: 1 on a
+    // wide plot, more on a narrow one.
+    static int AngleLabelStep(const QFont& font, QSizeF size);
 
     // The text's top-left corner at plot point (x, y).
     void DrawLabel(std::int16_t x, std::int16_t y, const QString& str);

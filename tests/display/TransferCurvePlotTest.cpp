@@ -89,6 +89,24 @@ class TransferCurvePlotTest : public QObject {
         QVERIFY(!inkNear(image, 245, 35, Qt::red));
     }
 
+    void angleLabelsNeverTouch() {
+        // Wide plots label every grid line; narrow ones skip lines rather than overlap.
+        const struct {
+            QSizeF size;
+            bool everyLine;
+        } cases[] = {
+            {{1200, 600}, true}, {{800, 420}, true}, {{420, 280}, false}, {{200, 120}, false}};
+        for (const auto& c : cases) {
+            const QFont font = PlotCanvas::LabelFont(QFont(), c.size);
+            const int step = PlotCanvas::AngleLabelStep(font, c.size);
+            const double column = 10 * c.size.width() / 400;
+            QVERIFY(QFontMetricsF(font).horizontalAdvance("360") < step * column);
+            QCOMPARE(step == 1, c.everyLine);
+            QVERIFY(36 % step == 0);
+            QVERIFY(font.pixelSize() >= 8);
+        }
+    }
+
     void pointsAreMarkedWithCircles() {
         DeviceSession::instance().rounded.RoundedPoints[0] = {105, 155, 255, 500, 25, 45, 65, 85};
         for (const int marked : {4, 2}) {  // Linear Graph: A to D; point windows: A and B

@@ -258,7 +258,8 @@ void TwoPartWindow::buildUi() {
     auto* status = new QLabel(tr("status: N/A"), statusFrame);
     status->setObjectName(ctl::status);
     status->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    statusLayout->addWidget(status);
+    statusLayout->addWidget(status, 1);
+    statusLayout->addWidget(noticeBar());
     layout->addWidget(statusFrame);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFocusEvent>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
@@ -64,6 +65,33 @@ MainWindowBase::MainWindowBase(WindowFamily family, const QString& className, QW
 }
 
 MainWindowBase::~MainWindowBase() = default;
+
+QWidget* MainWindowBase::noticeBar() {
+    if (!m_noticeBar) {
+        m_noticeBar = new QWidget(this);
+        m_noticeBar->setObjectName(QStringLiteral("noticeBar"));
+        auto* layout = new QHBoxLayout(m_noticeBar);
+        layout->setContentsMargins(0, 0, 0, 0);
+        m_notice = new QLabel(m_noticeBar);
+        m_notice->setObjectName(QStringLiteral("notice"));
+        m_notice->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        layout->addWidget(m_notice, 1);
+    }
+    return m_noticeBar;
+}
+
+void MainWindowBase::showNotice(const QString& text) {
+    noticeBar();
+    m_notice->setText(text);
+}
+
+QString MainWindowBase::notice() const {
+    return m_notice ? m_notice->text() : QString();
+}
+
+void MainWindowBase::addBadge(QWidget* badge) {
+    noticeBar()->layout()->addWidget(badge);
+}
 
 QLineEdit* MainWindowBase::addBox(const QString& name, int index, const QString& text,
                                   std::function<void()> onLeave, QWidget* parent) {

@@ -27,6 +27,14 @@ class MainWindowBase : public QWidget, public WindowUi {
     WindowContext& context() { return *m_ctx; }
     ControlView& view() { return m_view; }
 
+    // The strip at the foot of the window for what this tool says beside the specified
+    // controls: a short note on the last command, kept until the next one, and badges (such as
+    // the sign of the simulated programmer) at its right end.
+    QWidget* noticeBar();
+    void showNotice(const QString& text);
+    QString notice() const;
+    void addBadge(QWidget* badge);
+
     // WindowUi
     std::unique_ptr<WaitWindow> createWaitWindow(const QString& text) override;
     void processEvents() override;
@@ -60,6 +68,8 @@ class MainWindowBase : public QWidget, public WindowUi {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    QLabel* m_notice = nullptr;
+    QWidget* m_noticeBar = nullptr;
     WidgetControlView m_view;
     std::unique_ptr<WindowContext> m_ctx;
     QHash<QObject*, std::function<void()>> m_leaveHandlers;

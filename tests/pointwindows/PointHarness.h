@@ -2,25 +2,21 @@
 
 #include <memory>
 
+#include "app/Startup.h"
 #include "pointwindows/widgets/PointWindows.h"
 #include "support/WindowHarness.h"
 
 namespace rk31::test {
 
-// The five teach-in windows by their switch, "/2" to "/6".
+// The teach-in window of switch "/2" to "/6", made as start-up makes it.
 inline std::unique_ptr<PointProgrammingWindow> makePointWindow(int variant) {
-    switch (variant) {
-        case 2:
-            return std::make_unique<MainForm2PointsProgramming>();
-        case 3:
-            return std::make_unique<MainForm2PointsProgrammingforDual>();
-        case 4:
-            return std::make_unique<MainForm2PointsProgrammingWithPwr>();
-        case 5:
-            return std::make_unique<MainForm2PointsProgrammingforDualWithPwr>();
-        default:
-            return std::make_unique<MainForm1PointProgramming>();
+    std::unique_ptr<QWidget> window = CreateMainWindow(variant);
+    auto* point = qobject_cast<PointProgrammingWindow*>(window.get());
+    if (!point) {
+        qFatal("switch /%d opens no point window", variant);
     }
+    window.release();
+    return std::unique_ptr<PointProgrammingWindow>(point);
 }
 
 // A point window connected on COM3 through the port dialog; with `power`, the windows that have

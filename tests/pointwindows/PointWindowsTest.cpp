@@ -74,8 +74,7 @@ class PointWindowsTest : public QObject {
     void offsetBoxesCorrectSilently_data();
     void offsetBoxesCorrectSilently();
     void failedPreparationStillShowsTheAngle();
-    void refusalsWithoutOwiMode_data();
-    void refusalsWithoutOwiMode();
+    void getDPOfflineIsRefused();
     void getDPReadsThePartInOwiMode();
     void failedProgramStillPowersOffAndRedraws();
     void flatPairDrawsItsPointSegmentsAlone();
@@ -477,23 +476,16 @@ void PointWindowsTest::failedPreparationStillShowsTheAngle() {
     }
 }
 
-void PointWindowsTest::refusalsWithoutOwiMode_data() {
-    QTest::addColumn<int>("variant");
-    QTest::addColumn<QString>("button");
-    QTest::newRow("/2 Get DP offline") << 2 << "GetDP";
-    QTest::newRow("/3 Get DP offline") << 3 << "GetDP";
-    QTest::newRow("/5 Get DP offline") << 5 << "GetDP";
-}
-
-void PointWindowsTest::refusalsWithoutOwiMode() {
-    QFETCH(int, variant);
-    QFETCH(QString, button);
-    auto window = makePointWindow(variant);
-    const QString dpBefore = textOf(window.get(), "DP", variant == 2 ? -1 : 0);
-    click(window.get(), button);
-    QCOMPARE(bench->prompts.messages, QStringList{kNotInOwi});
-    QVERIFY(bench->trace().isEmpty());
-    QCOMPARE(textOf(window.get(), "DP", variant == 2 ? -1 : 0), dpBefore);
+void PointWindowsTest::getDPOfflineIsRefused() {
+    for (const int variant : {2, 3, 5}) {
+        bench->prompts.messages.clear();
+        auto window = makePointWindow(variant);
+        const QString dpBefore = textOf(window.get(), "DP", variant == 2 ? -1 : 0);
+        click(window.get(), "GetDP");
+        QCOMPARE(bench->prompts.messages, QStringList{kNotInOwi});
+        QVERIFY(bench->trace().isEmpty());
+        QCOMPARE(textOf(window.get(), "DP", variant == 2 ? -1 : 0), dpBefore);
+    }
 }
 
 void PointWindowsTest::getDPReadsThePartInOwiMode() {

@@ -219,7 +219,7 @@ void PointProgrammingWindow::buildUi() {
     m_plot->setObjectName(ctl::Picture1);
     m_plot->setMarkedPoints(2);
     m_plot->setAccessibleName(tr("Transfer curve"));
-    m_plot->setMinimumSize(420, 280);
+    m_plot->setMinimumSize(520, 280);
     m_plot->setPreferredSize({640, 420});
     WindowContext& ctx = context();
     const bool both = m_traits.bothParts;
@@ -255,6 +255,7 @@ void PointProgrammingWindow::buildUi() {
     body->addLayout(left);
     body->addWidget(m_plot, 1);
     layout->addLayout(body, 1);
+    layout->addWidget(noticeBar());
 }
 
 void PointProgrammingWindow::refreshPictures() {

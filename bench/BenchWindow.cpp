@@ -59,7 +59,7 @@ PreparedWindow::PreparedWindow(const sim::SimConfig& config)
         auto* port = dialog.findChild<QComboBox*>(QStringLiteral("Port"));
         auto* connect = dialog.findChild<QAbstractButton*>(ctl::connect);
         if (port != nullptr && connect != nullptr) {
-            port->setCurrentIndex(port->findText(QStringLiteral("COM3")));
+            port->setCurrentIndex(port->findText(QStringLiteral("COM1")));
             connect->click();
         }
     });

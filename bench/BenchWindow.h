@@ -40,7 +40,7 @@ class BenchPause : public Pause {
     long long requestedMs = 0;
 };
 
-// The "/1" main window on the simulated programmer, connected on COM3, Part#1 enabled, powered
+// The "/1" main window on the simulated programmer, connected on COM1, Part#1 enabled, powered
 // and in OWI mode, with a four-point characteristic typed into its boxes. Throws
 // std::runtime_error when any step shows a message or a control is missing.
 class PreparedWindow {

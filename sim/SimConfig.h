@@ -18,7 +18,7 @@ struct SimConfig {
     double rotate = 0;        // magnet speed in degrees per second (0 = still)
     int latencyMs = 0;        // delay of every device operation
     float vdd = 5.0f;         // supply voltage of a powered die
-    int programmerPort = 3;   // OpenChannel succeeds on this COM port only
+    int programmerPort = 1;   // OpenChannel succeeds on this COM port only
     unsigned locked = 0;      // dies whose communication is locked for good from the start
     unsigned noSupply = 0;    // MeasureVDD reads below -100
     unsigned idError = 0;     // the identification word reads 511

@@ -22,7 +22,7 @@ namespace rk31::sim {
 // "Op(arg, arg, ...)" with the input arguments only, separated by ", ":
 //   - numbers in decimal: "PowerOnChip(0)", "EnterOWIMode(3)", "CloseChannel(-1)",
 //     "MeasureOutput(0, 1)", "SetOutputMode(0, 1, 0, 0)";
-//   - OpenChannel's port as the variant's text: "OpenChannel(3)";
+//   - OpenChannel's port as the variant's text: "OpenChannel(1)";
 //   - memory addresses and data in upper-case hexadecimal with "&H" (data as its 32-bit
 //     pattern): "ReadMemory(0, &H48)", "WriteMemory(1, &H10, &HFF)";
 //   - a solver value as SolverValueText gives it: "SetSolverParameter(0, 1, Single:10, 1)",
@@ -30,14 +30,15 @@ namespace rk31::sim {
 //   - no arguments: "GetMemoryAccess()", "GetSolverAccess()", "GetHardwareVersion()".
 std::shared_ptr<QZ7734Device> CreateSimulatedDevice(std::shared_ptr<SimulatedBox> box);
 
-// The simulated COM ports the port dialog probes: COM1 opens but has no programmer behind it,
-// COM2 is held by another program, COM3 has the programmer; every other port fails to open.
+// The simulated COM ports the port dialog probes: COM1 has the programmer (the port the dialog
+// preselects), COM2 is held by another program, COM3 opens but has nothing behind it; every
+// other port fails to open.
 class SimulatedPorts : public PortProber {
   public:
     static constexpr int kOtherError = 8002;
 
     // The programmer's port opens, wherever RK31_SIM has put it.
-    explicit SimulatedPorts(int programmerPort = 3);
+    explicit SimulatedPorts(int programmerPort = 1);
     bool isOpenHere(int port) const override;
     int open(int port) override;
     void close(int port) override;

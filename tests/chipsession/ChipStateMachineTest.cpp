@@ -15,7 +15,7 @@ class StateMachineTest : public ::testing::Test {
   protected:
     void SetUp() override {
         session.resetToFreshProcess();
-        session.ConnectProgrammer(3, prompts);
+        session.ConnectProgrammer(1, prompts);
         simulation.box->clearTrace();
     }
     void TearDown() override { session.resetToFreshProcess(); }

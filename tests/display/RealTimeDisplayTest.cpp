@@ -42,7 +42,7 @@ class RealTimeDisplayTest : public QObject {
         };
         display.Timer1Tick();  // no programmer: nothing measured, nothing said
         QVERIFY(prompts.messages.isEmpty());
-        DeviceSession::instance().ConnectProgrammer(3, prompts);
+        DeviceSession::instance().ConnectProgrammer(1, prompts);
         display.Init(1, 2);
         display.show();
         QVERIFY(option(0)->isEnabled() && option(1)->isChecked());

@@ -34,7 +34,7 @@ std::shared_ptr<QZ7734Device> Create(const char* progId = kDeviceProgId) {
 // Calls with out-values, without, and one that throws.
 void RunShortSession(QZ7734Device& device) {
     std::int32_t out = 0;
-    device.OpenChannel(QVariant(std::int32_t{3}), out);
+    device.OpenChannel(QVariant(std::int32_t{1}), out);
     device.PowerOnChip(0, out);
     std::shared_ptr<MemoryAccess> memory;
     device.GetMemoryAccess(memory);
@@ -45,7 +45,7 @@ void RunShortSession(QZ7734Device& device) {
 }
 
 constexpr const char* kShortSessionLog =
-    "OpenChannel(3) -> failed=0\n"
+    "OpenChannel(1) -> failed=0\n"
     "PowerOnChip(0) -> status=0\n"
     "GetMemoryAccess()\n"
     "ReadMemory(0, 48) -> data=1FF\n"

@@ -216,7 +216,7 @@ void TwoPartEntryTest::freshWindowOffersOnlyConnect() {
 void TwoPartEntryTest::connectedPartInAdcModeIsUsable() {
     MainForm2Parts2Src window;
     QWidget* w = &window;
-    scriptPortChoice(bench->prompts, "COM3");
+    scriptPortChoice(bench->prompts, "COM1");
     click(w, "connect");
     check(w, "PartEnable", 0, true);
     ToADCMode(window.context(), 0);
@@ -239,7 +239,7 @@ void TwoPartEntryTest::connectedPartInAdcModeIsUsable() {
 void TwoPartEntryTest::lockedPartKeepsItsBoxesButNotItsOwiCommands() {
     MainForm2Parts2Src window;
     QWidget* w = &window;
-    scriptPortChoice(bench->prompts, "COM3");
+    scriptPortChoice(bench->prompts, "COM1");
     click(w, "connect");
     check(w, "PartEnable", 1, true);
     window.context().session.CommLocked[1] = true;
@@ -257,7 +257,7 @@ void TwoPartEntryTest::lockedPartKeepsItsBoxesButNotItsOwiCommands() {
 void TwoPartEntryTest::oneSupplyWindowNeedsBothPartsActive() {
     MainForm2Parts1Src window;
     QWidget* w = &window;
-    scriptPortChoice(bench->prompts, "COM3");
+    scriptPortChoice(bench->prompts, "COM1");
     click(w, "connect");
     QVERIFY(usable(w, "PowerOn") && usable(w, "newdevice") && usable(w, "lineargraph"));
     ToADCMode(window.context(), 0);
@@ -274,7 +274,7 @@ void TwoPartEntryTest::oneSupplyWindowNeedsBothPartsActive() {
 
 void TwoPartEntryTest::unknownStateIsShownAsUnrecognized() {
     MainForm2Parts2Src window;
-    scriptPortChoice(bench->prompts, "COM3");
+    scriptPortChoice(bench->prompts, "COM1");
     click(&window, "connect");
     check(&window, "PartEnable", 0, true);
     check(&window, "PartEnable", 1, true);
@@ -291,12 +291,12 @@ void TwoPartEntryTest::unknownStateIsShownAsUnrecognized() {
 void TwoPartEntryTest::connectsThroughThePortDialogAndBack() {
     MainForm2Parts1Src window;
     QWidget* w = &window;
-    scriptPortChoice(bench->prompts, "COM3");
+    scriptPortChoice(bench->prompts, "COM1");
     click(w, "connect");
     QCOMPARE(bench->prompts.modalTitles, QStringList{"Select Com port"});
     QCOMPARE(textOf(w, "connect"), QStringLiteral("Disconnect"));
     QCOMPARE(DeviceSession::instance().ProgrammerConnected, 1);
-    QCOMPARE(bench->trace(), QStringList{"OpenChannel(3)"});
+    QCOMPARE(bench->trace(), QStringList{"OpenChannel(1)"});
     QCOMPARE(find<QLabel>(w, "status")->text(),
              QStringLiteral(
                  "Ready: Connected with Programmer -- Part#1: Power Off -- Part#2: Power Off"));
@@ -305,7 +305,7 @@ void TwoPartEntryTest::connectsThroughThePortDialogAndBack() {
     QCOMPARE(textOf(w, "connect"), QStringLiteral("Connect"));
     QVERIFY(!DeviceSession::instance().hasDevice());
     QCOMPARE(DeviceSession::instance().ProgrammerConnected, 0);
-    QCOMPARE(bench->trace(), QStringList({"OpenChannel(3)", "CloseChannel(-1)"}));
+    QCOMPARE(bench->trace(), QStringList({"OpenChannel(1)", "CloseChannel(-1)"}));
     QVERIFY(find<QLabel>(w, "status")->text().startsWith("Ready: Offline Mode"));
     QVERIFY(bench->prompts.messages.isEmpty());
 }
@@ -324,7 +324,7 @@ void TwoPartEntryTest::doNotConnectLeavesTheWindowOffline() {
 
 void TwoPartEntryTest::portWithoutProgrammerStillConnectsButReportsTheChannel() {
     MainForm2Parts2Src window;
-    scriptPortChoice(bench->prompts, "COM1");
+    scriptPortChoice(bench->prompts, "COM3");
     click(&window, "connect");
     QCOMPARE(bench->prompts.messages, QStringList{"Failed in Connecting Channel"});
     QCOMPARE(textOf(&window, "connect"), QStringLiteral("Disconnect"));

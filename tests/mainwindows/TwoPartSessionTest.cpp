@@ -233,7 +233,7 @@ void TwoPartSessionTest::commLockLocksForGood() {
     QVERIFY(DeviceSession::instance().CommLocked[0]);
     // Even after a reconnect the chip stays locked and its OWI commands stay off.
     click(w, "connect");
-    scriptPortChoice(b.prompts, "COM3");
+    scriptPortChoice(b.prompts, "COM1");
     click(w, "connect");
     check(w, "PartEnable", 0, true);
     b.prompts.messages.clear();

@@ -330,7 +330,7 @@ void TwoPartToolsTest::advancedOpensForThePart() {
     QCOMPARE(word, QStringLiteral("36"));  // Part#2's identification word
 
     MainForm2Parts1Src both;
-    scriptPortChoice(bench->prompts, "COM3");
+    scriptPortChoice(bench->prompts, "COM1");
     click(&both, "connect");
     click(&both, "PowerOn");
     bench->prompts.dialogScripts.push_back([&](QDialog& dialog) {

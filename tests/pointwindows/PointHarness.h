@@ -19,12 +19,12 @@ inline std::unique_ptr<PointProgrammingWindow> makePointWindow(int variant) {
     return std::unique_ptr<PointProgrammingWindow>(point);
 }
 
-// A point window connected on COM3 through the port dialog; with `power`, the windows that have
+// A point window connected on COM1 through the port dialog; with `power`, the windows that have
 // a Power On button are powered as well. Trace and messages emptied.
 inline std::unique_ptr<PointProgrammingWindow> openPointWindow(Bench& bench, int variant,
                                                                bool power = true) {
     auto window = makePointWindow(variant);
-    scriptPortChoice(bench.prompts, "COM3");
+    scriptPortChoice(bench.prompts, "COM1");
     click(window.get(), "connect");
     if (power && window->traits().powerButton) {
         click(window.get(), "PowerOn");

@@ -199,7 +199,7 @@ void PointWindowsTest::buttonsFollowTheConnection() {
     QCOMPARE(buttonStates(w), ready);
     QVERIFY(bench->trace().isEmpty());
 
-    scriptPortChoice(bench->prompts, "COM3");
+    scriptPortChoice(bench->prompts, "COM1");
     click(w, "connect");
     QCOMPARE(textOf(w, "connect"), QStringLiteral("Disconnect"));
     QCOMPARE(buttonStates(w), ready);

@@ -23,7 +23,7 @@ class PointWindowLogic : public ::testing::Test {
         session.resetToFreshProcess();
         ctx = std::make_unique<WindowContext>(family, session, view, prompts, pause, ui);
         ctx->pointWindowHasPower = true;
-        session.ConnectProgrammer(3, prompts);
+        session.ConnectProgrammer(1, prompts);
         ctx->machine.SetConnectionState(1);
         simulation.box->clearTrace();
     }

@@ -19,7 +19,7 @@ class FrmAdvancedTest : public QObject {
     // Connects, moves each part to its state, opens the dialog and forgets the calls that took.
     void open(std::int16_t part, std::int16_t parts, std::array<std::int32_t, 2> states) {
         DeviceSession& session = DeviceSession::instance();
-        session.ConnectProgrammer(3, bench->prompts);
+        session.ConnectProgrammer(1, bench->prompts);
         for (std::int16_t k : {0, 1}) {
             ChipStateMachine(session, bench->prompts, bench->pause)
                 .ChipChangeToState(k, 0, states[k]);

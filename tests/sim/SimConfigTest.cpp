@@ -51,7 +51,7 @@ TEST(SimConfig, MalformedEntriesAreReportedAndIgnored) {
         // The entry is ignored: the defaults stand, and the entries around it still count.
         EXPECT_EQ(std::tuple(config.angle, config.latencyMs, config.programmerPort, config.locked,
                              config.versionFail, config.vdd),
-                  std::tuple(0.0, 0, 3, 0u, false, 4.5f))
+                  std::tuple(0.0, 0, 1, 0u, false, 4.5f))
             << c.text;
     }
     EXPECT_NO_THROW(ParseSimConfig(QStringLiteral("=;==;;x"), nullptr));

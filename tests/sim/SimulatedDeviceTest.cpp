@@ -151,7 +151,7 @@ TEST(SimulatedDevice, ClosedChannelRefusesCallsButTracesThem) {
     const auto device = CreateSimulatedDevice(box);
     std::int32_t out = 0;
     EXPECT_THROW(device->PowerOnChip(0, out), DeviceError);
-    device->OpenChannel(QVariant(3), out);
+    device->OpenChannel(QVariant(1), out);
     std::shared_ptr<MemoryAccess> memory;
     device->GetMemoryAccess(memory);
     device->CloseChannel(-1);
@@ -160,7 +160,7 @@ TEST(SimulatedDevice, ClosedChannelRefusesCallsButTracesThem) {
     EXPECT_THROW(memory->ReadMemory(0, 0x48, out), DeviceError)
         << "an access object handed out before the close is closed with its channel";
     EXPECT_EQ(box->trace.join(u'\n').toStdString(),
-              "PowerOnChip(0)\nOpenChannel(3)\nGetMemoryAccess()\nCloseChannel(-1)\n"
+              "PowerOnChip(0)\nOpenChannel(1)\nGetMemoryAccess()\nCloseChannel(-1)\n"
               "MeasureOutput(0, 1)\nReadMemory(0, &H48)");
 }
 

@@ -95,7 +95,7 @@ inline void check(QWidget* root, const QString& name, int index, bool on) {
     }
 }
 
-// Scripts the port dialog to choose `port` ("COM3") and press its Connect button.
+// Scripts the port dialog to choose `port` ("COM1") and press its Connect button.
 inline void scriptPortChoice(ScriptedPrompts& prompts, const QString& port) {
     prompts.dialogScripts.push_back([port](QDialog& dialog) {
         auto* list = dialog.findChild<QComboBox*>(QStringLiteral("Port"));
@@ -110,13 +110,13 @@ inline void scriptDialogClick(ScriptedPrompts& prompts, const QString& name) {
         [name](QDialog& dialog) { dialog.findChild<QAbstractButton*>(name)->click(); });
 }
 
-// A main window connected on COM3 with every part enabled and, when `power`, powered; trace,
+// A main window connected on COM1 with every part enabled and, when `power`, powered; trace,
 // messages and dialog titles emptied.
 template <typename W>
 std::unique_ptr<W> openConnected(Bench& bench, bool power) {
     auto window = std::make_unique<W>();
     QWidget* w = window.get();
-    scriptPortChoice(bench.prompts, "COM3");
+    scriptPortChoice(bench.prompts, "COM1");
     click(w, "connect");
     const bool oneSupply = window->context().oneSupply();
     for (int part = 0; part < (oneSupply ? 1 : 2); ++part) {

@@ -36,7 +36,7 @@ namespace {
 void connectWithPartInOwiMode(SceneContext& context, std::int16_t part) {
     DeviceSession& session = DeviceSession::instance();
     session.ResetForWindowLoad(true);
-    session.ConnectProgrammer(3, AppPrompts());
+    session.ConnectProgrammer(1, AppPrompts());
     ChipStateMachine chips(session, AppPrompts(), AppPause());
     chips.SetConnectionState(1);
     chips.ChipChangeToState(part, session.ChipState[part], OwiMode);
@@ -70,7 +70,7 @@ std::unique_ptr<QWidget> advancedAfterRead(SceneContext& context) {
 // parts in the one-supply window), with a characteristic typed in.
 std::unique_ptr<QWidget> connectedMainWindow(std::unique_ptr<TwoPartWindow> window) {
     WindowContext& ctx = window->context();
-    ctx.session.ConnectProgrammer(3, ctx.prompts);
+    ctx.session.ConnectProgrammer(1, ctx.prompts);
     ctx.machine.SetConnectionState(1);
     ctx.view.setText(ctl::connect, -1, QStringLiteral("Disconnect"));
     if (!ctx.oneSupply()) {
@@ -155,7 +155,7 @@ std::unique_ptr<QWidget> pointWindow(SceneContext& context,
     }
     context.dialogScripts.push_back([](QDialog& dialog) {
         auto* list = dialog.findChild<QComboBox*>(QStringLiteral("Port"));
-        list->setCurrentIndex(list->findText(QStringLiteral("COM3")));
+        list->setCurrentIndex(list->findText(QStringLiteral("COM1")));
         dialog.findChild<QAbstractButton*>(QStringLiteral("connect"))->click();
     });
     clickButton(w, QStringLiteral("connect"));

@@ -57,8 +57,13 @@ void TwoPartWindow::addSessionButtons(QGridLayout* grid, int row, int index) {
     grid->addWidget(addButton(ctl::Advanced, index, tr("Advanced"),
                               [&ctx, part] { AdvancedCommand(ctx, part); }),
                     row, 2);
+    const QString programmed = index < 0 ? tr("Part#1 and Part#2") : tr("Part#%1").arg(part + 1);
     grid->addWidget(addButton(ctl::btnconfigsolver, index, tr("Program"),
-                              [&ctx, target] { ProgramAction(ctx, target); }),
+                              [this, &ctx, target, programmed] {
+                                  if (ProgramAction(ctx, target)) {
+                                      noteProgrammed(programmed);
+                                  }
+                              }),
                     row + 1, 0);
     grid->addWidget(addButton(ctl::lineargraph, index, tr("Linear Graph"),
                               [&ctx, part] { LinearGraphCommand(ctx, part); }),
@@ -127,9 +132,7 @@ QGroupBox* TwoPartWindow::buildPartFrame(int part) {
     top->addWidget(buddyLabel(tr("Clamp Low (%VDD)"), low, frame), row, 2);
     top->addWidget(low, row, 3);
     ++row;
-    auto* clockwise = new QCheckBox(tr("clockwise"), frame);
-    clockwise->setObjectName(controlName(ctl::clockwise, part));
-    top->addWidget(clockwise, row, 0, 1, 2);
+    top->addWidget(addCheckBox(ctl::clockwise, part, tr("clockwise"), frame), row, 0, 1, 2);
     column->addLayout(top);
 
     if (!m_oneSupply) {
@@ -199,9 +202,7 @@ QGroupBox* TwoPartWindow::buildPartFrame(int part) {
     }
     hysRow->addStretch(1);
     swoGrid->addLayout(hysRow, 1, 1, 1, 3);
-    auto* polarity = new QCheckBox(tr("Polarity"), swo);
-    polarity->setObjectName(controlName(ctl::Kpolarity, part));
-    swoGrid->addWidget(polarity, 2, 0, 1, 2);
+    swoGrid->addWidget(addCheckBox(ctl::Kpolarity, part, tr("Polarity"), swo), 2, 0, 1, 2);
     lower->addWidget(swo);
 
     auto* output = new QGroupBox(tr("Output"), frame);
@@ -230,7 +231,7 @@ QGroupBox* TwoPartWindow::buildPartFrame(int part) {
 }
 
 void TwoPartWindow::buildUi() {
-    auto* layout = new QVBoxLayout(this);
+    auto* layout = new QVBoxLayout(content());
     layout->addWidget(buildTopBar());
     if (m_oneSupply) {
         auto* both = new QGroupBox(tr("Both parts"), this);
@@ -243,9 +244,10 @@ void TwoPartWindow::buildUi() {
         auto* column = new QVBoxLayout;
         if (!m_oneSupply) {
             // Outside the frame: the frame is disabled while its part is not enabled.
-            auto* enable = new QCheckBox(tr("Enable Part #%1").arg(part + 1), this);
-            enable->setObjectName(controlName(ctl::PartEnable, part));
-            connect(enable, &QCheckBox::clicked, this,
+            auto* enable = addCheckBox(ctl::PartEnable, part, tr("Enable Part #%1").arg(part + 1));
+            // However the tick comes (mouse, keyboard, an assistive tool's toggle), the part's
+            // controls follow it.
+            connect(enable, &QCheckBox::toggled, this,
                     [this] { run([this] { UpdateControl(context()); }); });
             column->addWidget(enable);
         }
@@ -261,6 +263,7 @@ void TwoPartWindow::buildUi() {
     statusLayout->addWidget(status, 1);
     statusLayout->addWidget(noticeBar());
     layout->addWidget(statusFrame);
+    finishUi();
 }
 
 }  // namespace rk31

@@ -106,12 +106,14 @@ void readyForNextPart(WindowContext& ctx, const PointWindowTraits& traits) {
 }
 
 // A step whose device call may fail as a whole: reported, and the steps after it still run so
-// that the part is powered off and the window returns to its ready state.
-void attempt(WindowContext& ctx, const std::function<void()>& step) {
+// that the part is powered off and the window returns to its ready state. False when it threw.
+bool attempt(WindowContext& ctx, const std::function<void()>& step) {
     try {
         step();
+        return true;
     } catch (const DeviceError& e) {
         ctx.prompts.message(e.description());
+        return false;
     }
 }
 
@@ -191,7 +193,7 @@ void SetPointACommand(WindowContext& ctx, const PointWindowTraits& traits) {
     }
 }
 
-void SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits) {
+bool SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits) {
     const std::int16_t part = traits.bothParts ? kBothParts : chosenPart(ctx);
     if (traits.bothParts) {
         ToOWIModeBothParts(ctx);
@@ -200,7 +202,7 @@ void SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits) {
     }
     if (!ctx.powered || !inOwiMode(ctx, traits, part)) {
         ctx.prompts.message(QString::fromLatin1(kNotInOwiModeText));
-        return;
+        return false;
     }
     if (traits.bothParts) {
         showAngle(ctx, traits, 0, 1, readAngle(ctx, 0));
@@ -208,7 +210,8 @@ void SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits) {
     } else if (!traits.offsets) {
         showAngle(ctx, traits, part, 1, readAngle(ctx, part));
     }
-    attempt(ctx, [&ctx, part] { PointProgramAction(ctx, part); });
+    bool programmed = false;
+    attempt(ctx, [&ctx, part, &programmed] { programmed = PointProgramAction(ctx, part); });
     attempt(ctx, [&ctx, part] { PowerOffIfPowered(ctx, part == kBothParts ? -1 : part); });
     // Whatever happened above, the flag must not outlive the attempt to power the part off.
     ctx.powered = false;
@@ -221,6 +224,7 @@ void SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits) {
         curves[static_cast<std::size_t>(part)] = CurveRows{};
         CalLinearGraph(part, 2, 0, 0, ctx.session.rounded, curves, ctx.prompts);
     }
+    return programmed;
 }
 
 void PointGetDPCommand(WindowContext& ctx, const PointWindowTraits& traits) {

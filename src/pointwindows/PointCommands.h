@@ -32,8 +32,9 @@ void PointPowerOnCommand(WindowContext& ctx, const PointWindowTraits& traits);
 // DP at their offsets from A).
 void SetPointACommand(WindowContext& ctx, const PointWindowTraits& traits);
 // Set point B ("Program" with offsets): captures point B, programs the part(s), powers them
-// off and recomputes their curve, whatever the programming reported.
-void SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits);
+// off and recomputes their curve, whatever the programming reported. True when the part(s)
+// ended with a programmed EEPROM.
+bool SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits);
 // Get DP: the DP half a turn away from the sensed angle of the part(s).
 void PointGetDPCommand(WindowContext& ctx, const PointWindowTraits& traits);
 // The offset boxes' lost-focus rule: corrected without a message.

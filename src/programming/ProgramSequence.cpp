@@ -175,23 +175,27 @@ void ClearSolver(WindowContext& ctx, std::int16_t part) {
     }
 }
 
-void StoreInEEPROM(WindowContext& ctx, std::int16_t part) {
+bool StoreInEEPROM(WindowContext& ctx, std::int16_t part) {
     if (!ensureOwi(ctx, part)) {
-        return;
+        return false;
     }
     if (both(part)) {
+        bool programmed = true;
         for (std::int16_t p : {0, 1}) {
             if (!programEeprom(ctx, p)) {
                 ctx.prompts.message(QStringLiteral("Failed in programming device"));
+                programmed = false;
             }
         }
         ctx.machine.ChipChangeToState(2, OwiMode, OwiMode);
-        return;
+        return programmed;
     }
-    if (!programEeprom(ctx, part)) {
+    const bool programmed = programEeprom(ctx, part);
+    if (!programmed) {
         ctx.prompts.message(QStringLiteral("Failed in programming device"));
     }
     ctx.machine.ChipChangeToState(part, OwiMode, OwiMode);
+    return programmed;
 }
 
 bool ConfigureSolver(WindowContext& ctx, std::int16_t part, int count) {
@@ -201,23 +205,23 @@ bool ConfigureSolver(WindowContext& ctx, std::int16_t part, int count) {
     return configurePart(ctx, part, QStringLiteral("Configuring Solver...  Please Wait..."));
 }
 
-void ProgramAction(WindowContext& ctx, std::int16_t part) {
+bool ProgramAction(WindowContext& ctx, std::int16_t part) {
     if (!both(part)) {
         if (!ensureOwi(ctx, part) || !LoadSolverInputs(ctx, part)) {
-            return;
+            return false;
         }
         auto wait =
             ctx.ui.createWaitWindow(QStringLiteral("Programming EEPROM...  Please Wait..."));
         const int count = solve(ctx, part, hasSlopeAndPointA(ctx, part));
-        if (ConfigureSolver(ctx, part, count)) {
-            wait->show();
-            ctx.ui.processEvents();
-            StoreInEEPROM(ctx, part);
+        if (!ConfigureSolver(ctx, part, count)) {
+            return false;
         }
-        return;
+        wait->show();
+        ctx.ui.processEvents();
+        return StoreInEEPROM(ctx, part);
     }
     if (!ensureOwi(ctx, kBothParts) || !LoadSolverInputs(ctx, 0) || !LoadSolverInputs(ctx, 1)) {
-        return;
+        return false;
     }
     auto wait = ctx.ui.createWaitWindow(
         QStringLiteral("Programming Part#1 and Part#2 EEPROM...  Please Wait..."));
@@ -226,30 +230,30 @@ void ProgramAction(WindowContext& ctx, std::int16_t part) {
     const int count0 = solve(ctx, 0, onePoint);
     if (!validCount(count0)) {
         reportCount(ctx, false);
-        return;
+        return false;
     }
     const int count1 = solve(ctx, 1, onePoint);
     if (!ensureOwi(ctx, kBothParts) || !reportCount(ctx, validCount(count1))) {
-        return;
+        return false;
     }
     if (!configurePart(ctx, 0, QStringLiteral("Configuring Part#1 Solver...  Please Wait...")) ||
         !configurePart(ctx, 1, QStringLiteral("Configuring Part#2 Solver...  Please Wait..."))) {
-        return;
+        return false;
     }
     wait->show();
     ctx.ui.processEvents();
-    StoreInEEPROM(ctx, kBothParts);
+    return StoreInEEPROM(ctx, kBothParts);
 }
 
-void PointProgramAction(WindowContext& ctx, std::int16_t part) {
+bool PointProgramAction(WindowContext& ctx, std::int16_t part) {
     const bool bothParts = both(part);
     if (!ensureOwi(ctx, part)) {
-        return;
+        return false;
     }
     const auto parts = PartsOf(part);
     for (std::int16_t p : parts) {
         if (!LoadSolverInputsTwoPoints(ctx, p)) {
-            return;
+            return false;
         }
     }
     auto wait = ctx.ui.createWaitWindow(QStringLiteral("Configuring Solver...  Please Wait..."));
@@ -258,12 +262,12 @@ void PointProgramAction(WindowContext& ctx, std::int16_t part) {
     for (std::int16_t p : parts) {
         if (configsolver_2Points(ctx, p) != 2) {
             ctx.prompts.message(QStringLiteral("Error: Not 2 points Mode!"));
-            return;
+            return false;
         }
     }
     for (std::int16_t p : parts) {
         if (!writeBuffer(ctx, p)) {
-            return;
+            return false;
         }
     }
     wait->TextChange(QStringLiteral("Programming EEPROM...  Please Wait..."));
@@ -275,6 +279,7 @@ void PointProgramAction(WindowContext& ctx, std::int16_t part) {
         ctx.prompts.message(QStringLiteral("Failed in programming device"));
     }
     ctx.machine.ChipChangeToState(bothParts ? 2 : part, OwiMode, OwiMode);
+    return !failed;
 }
 
 }  // namespace rk31

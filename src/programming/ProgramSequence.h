@@ -16,15 +16,17 @@ bool ValidateChipID(WindowContext& ctx, std::int16_t part, std::int32_t chipid);
 // Reads the DAC calibration pair(s) into the session; part 3 reads both parts.
 void CheckDACCalibration(WindowContext& ctx, std::int16_t part);
 void ClearSolver(WindowContext& ctx, std::int16_t part);
-// Programs the EEPROM and re-enters OWI mode, also after a failure.
-void StoreInEEPROM(WindowContext& ctx, std::int16_t part);
+// Programs the EEPROM and re-enters OWI mode, also after a failure. True when every part
+// programmed.
+bool StoreInEEPROM(WindowContext& ctx, std::int16_t part);
 // Sends the switch output, writes the solver buffer into the part and sets the output mode.
 bool ConfigureSolver(WindowContext& ctx, std::int16_t part, int count);
 
 // The Program button of the two-part windows (part, or kBothParts in the one-supply window).
-void ProgramAction(WindowContext& ctx, std::int16_t part);
+// True when the part (both parts) ended with a programmed EEPROM.
+bool ProgramAction(WindowContext& ctx, std::int16_t part);
 // The point windows' Program action with two taught points (part, or kBothParts in the dual
-// windows).
-void PointProgramAction(WindowContext& ctx, std::int16_t part);
+// windows); true as above.
+bool PointProgramAction(WindowContext& ctx, std::int16_t part);
 
 }  // namespace rk31

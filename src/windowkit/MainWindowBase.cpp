@@ -1,17 +1,24 @@
 #include "windowkit/MainWindowBase.h"
 
+#include <QCheckBox>
 #include <QCoreApplication>
 #include <QFocusEvent>
+#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QTime>
+#include <QVBoxLayout>
 
 #include "core/AppTitle.h"
 #include "core/DeviceError.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
+#include "core/widgets/BusyCursor.h"
 #include "display/RealTimeDisplayBar.h"
 #include "display/frmLinearGraph.h"
 #include "link/widgets/frmComport.h"
@@ -20,6 +27,7 @@
 #include "shell/widgets/About.h"
 #include "shell/widgets/confirm.h"
 #include "shell/widgets/waitform.h"
+#include "windowkit/CommandHelp.h"
 
 namespace rk31 {
 
@@ -62,13 +70,49 @@ MainWindowBase::MainWindowBase(WindowFamily family, const QString& className, QW
     setWindowTitle(QString::fromLatin1(kAppTitle));
     m_ctx = std::make_unique<WindowContext>(family, DeviceSession::instance(), m_view, AppPrompts(),
                                             AppPause(), *this);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_scroll = new QScrollArea(this);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+    m_content = new QWidget(m_scroll);
+    m_content->setObjectName(QStringLiteral("content"));
+    m_scroll->setWidget(m_content);
+    layout->addWidget(m_scroll);
+}
+
+void MainWindowBase::finishUi() {
+    for (auto* frame : findChildren<QGroupBox*>()) {
+        frame->setAccessibleName(frame->title());
+    }
+    for (auto* label : findChildren<QLabel*>()) {
+        if (QWidget* box = label->buddy()) {
+            m_labelOfBox.insert(box, label);
+            box->installEventFilter(this);
+            label->setEnabled(box->isEnabled());
+        }
+    }
+}
+
+void MainWindowBase::showEvent(QShowEvent* event) {
+    if (!m_sizedForScreen && isWindow()) {
+        m_sizedForScreen = true;
+        // The natural size where the screen has room for it (the toolkit would stop at two
+        // thirds of the screen); the scroll area takes over on a smaller screen.
+        if (const QScreen* shown = screen()) {
+            const QSize room = shown->availableSize() - QSize(16, 48);
+            resize(sizeHint().boundedTo(room).expandedTo(minimumSizeHint()));
+        }
+    }
+    QWidget::showEvent(event);
 }
 
 MainWindowBase::~MainWindowBase() = default;
 
 QWidget* MainWindowBase::noticeBar() {
     if (!m_noticeBar) {
-        m_noticeBar = new QWidget(this);
+        m_noticeBar = new QWidget(m_content);
         m_noticeBar->setObjectName(QStringLiteral("noticeBar"));
         auto* layout = new QHBoxLayout(m_noticeBar);
         layout->setContentsMargins(0, 0, 0, 0);
@@ -93,9 +137,14 @@ void MainWindowBase::addBadge(QWidget* badge) {
     noticeBar()->layout()->addWidget(badge);
 }
 
+void MainWindowBase::noteProgrammed(const QString& parts) {
+    showNotice(parts + QStringLiteral(" programmed \u2014 ") +
+               QTime::currentTime().toString(QStringLiteral("HH:mm:ss")));
+}
+
 QLineEdit* MainWindowBase::addBox(const QString& name, int index, const QString& text,
                                   std::function<void()> onLeave, QWidget* parent) {
-    auto* box = new QLineEdit(text, parent ? parent : this);
+    auto* box = new QLineEdit(text, parent ? parent : m_content);
     box->setObjectName(controlName(name, index));
     box->setMaximumWidth(kNumberBoxWidth);
     box->setMinimumWidth(kNumberBoxWidth);
@@ -106,12 +155,24 @@ QLineEdit* MainWindowBase::addBox(const QString& name, int index, const QString&
 
 QAbstractButton* MainWindowBase::addButton(const QString& name, int index, const QString& caption,
                                            std::function<void()> handler, QWidget* parent) {
-    auto* button = new QPushButton(caption, parent ? parent : this);
+    auto* button = new QPushButton(caption, parent ? parent : m_content);
     button->setObjectName(controlName(name, index));
     button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, this,
-            [this, handler = std::move(handler)] { run(handler); });
+    ApplyHelp(*button, HelpFor(name, index, m_ctx->family));
+    connect(button, &QPushButton::clicked, this, [this, handler = std::move(handler)] {
+        showNotice(QString());
+        const BusyCursor busy;
+        run(handler);
+    });
     return button;
+}
+
+QCheckBox* MainWindowBase::addCheckBox(const QString& name, int index, const QString& caption,
+                                       QWidget* parent) {
+    auto* box = new QCheckBox(caption, parent ? parent : m_content);
+    box->setObjectName(controlName(name, index));
+    ApplyHelp(*box, HelpFor(name, index, m_ctx->family));
+    return box;
 }
 
 QLabel* MainWindowBase::buddyLabel(const QString& text, QWidget* buddy, QWidget* parent) {
@@ -121,6 +182,11 @@ QLabel* MainWindowBase::buddyLabel(const QString& text, QWidget* buddy, QWidget*
 }
 
 bool MainWindowBase::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::EnabledChange) {
+        if (QLabel* label = m_labelOfBox.value(watched)) {
+            label->setEnabled(static_cast<QWidget*>(watched)->isEnabled());
+        }
+    }
     if (event->type() == QEvent::FocusOut) {
         const auto reason = static_cast<QFocusEvent*>(event)->reason();
         // Only a move to another control of this window counts as leaving the box; a message

@@ -7,17 +7,21 @@
 #include <memory>
 
 #include "chipsession/WindowContext.h"
-#include "shell/widgets/WidgetControlView.h"
+#include "windowkit/WidgetControlView.h"
 
 class QAbstractButton;
+class QCheckBox;
 class QLabel;
 class QLineEdit;
+class QScrollArea;
 
 namespace rk31 {
 
 // What every main window shares, whichever variant it is: the window's context and control
 // view, the dialogs the window procedures open over it, boxes that are checked when they lose
 // the focus, and buttons whose handlers report a device failure instead of letting it escape.
+// The window's controls live on content(), inside a scroll area, so that a window on a small
+// screen scrolls instead of cutting its controls off.
 class MainWindowBase : public QWidget, public WindowUi {
     Q_OBJECT
   public:
@@ -34,6 +38,8 @@ class MainWindowBase : public QWidget, public WindowUi {
     void showNotice(const QString& text);
     QString notice() const;
     void addBadge(QWidget* badge);
+    // "Part#1 programmed — 14:03:22": what a Program command leaves behind when it succeeded.
+    void noteProgrammed(const QString& parts);
 
     // WindowUi
     std::unique_ptr<WaitWindow> createWaitWindow(const QString& text) override;
@@ -47,12 +53,22 @@ class MainWindowBase : public QWidget, public WindowUi {
     void showAdvanced(std::int16_t part, std::int16_t num) override;
 
   protected:
+    // Where the derived window puts its layout and controls.
+    QWidget* content() const { return m_content; }
+    // Called once the derived window has built its controls: captions become the group boxes'
+    // accessible names and each label greys with the box it names.
+    void finishUi();
+
     // A text box named `name` (element `index`, -1 for a single box) whose `onLeave` runs when
     // the user moves the focus to another control of this window.
     QLineEdit* addBox(const QString& name, int index, const QString& text,
                       std::function<void()> onLeave, QWidget* parent = nullptr);
+    // A command button: busy cursor while its handler runs, the last notice cleared first, and
+    // its mnemonic and tooltip.
     QAbstractButton* addButton(const QString& name, int index, const QString& caption,
                                std::function<void()> handler, QWidget* parent = nullptr);
+    QCheckBox* addCheckBox(const QString& name, int index, const QString& caption,
+                           QWidget* parent = nullptr);
     // A label that names `buddy`, so that the box carries the label as its accessible name.
     static QLabel* buddyLabel(const QString& text, QWidget* buddy, QWidget* parent);
     static QString controlName(const QString& name, int index) {
@@ -66,8 +82,13 @@ class MainWindowBase : public QWidget, public WindowUi {
     virtual void afterDeviceFailure() {}
 
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
   private:
+    QScrollArea* m_scroll = nullptr;
+    QWidget* m_content = nullptr;
+    bool m_sizedForScreen = false;
+    QHash<QObject*, QLabel*> m_labelOfBox;
     QLabel* m_notice = nullptr;
     QWidget* m_noticeBar = nullptr;
     WidgetControlView m_view;

@@ -15,7 +15,7 @@
 
 #include "core/Services.h"
 #include "shell/DeviceSession.h"
-#include "shell/widgets/WidgetControlView.h"
+#include "windowkit/WidgetControlView.h"
 #include "sim/SimulatedProgrammer.h"
 #include "support/ScriptedPrompts.h"
 

@@ -7,41 +7,45 @@
 #include <QThread>
 
 #include "core/AppTitle.h"
+#include "core/widgets/BusyCursor.h"
 
 namespace rk31 {
 
-namespace {
-
-QString applicationTitle() {
-    const QString name = QApplication::applicationDisplayName();
-    return name.isEmpty() ? QString::fromLatin1(kAppTitle) : name;
+QMessageBox::Icon IconFor(const QString& text) {
+    // A box that only says what was put in place of a typed value informs; every other one
+    // reports a refusal or a failure.
+    return text.endsWith(QStringLiteral(" instead!")) ? QMessageBox::Information
+                                                      : QMessageBox::Warning;
 }
 
-}  // namespace
-
 void QtPrompts::message(const QString& text) {
-    QMessageBox box(QMessageBox::NoIcon, applicationTitle(), text, QMessageBox::Ok,
+    const ArrowWhileAsking arrow;
+    QMessageBox box(IconFor(text), QString::fromLatin1(kAppTitle), text, QMessageBox::Ok,
                     QApplication::activeWindow());
     box.exec();
 }
 
 bool QtPrompts::question(const QString& text) {
-    QMessageBox box(QMessageBox::NoIcon, applicationTitle(), text,
+    const ArrowWhileAsking arrow;
+    QMessageBox box(QMessageBox::Question, QString::fromLatin1(kAppTitle), text,
                     QMessageBox::Yes | QMessageBox::No, QApplication::activeWindow());
     return box.exec() == QMessageBox::Yes;
 }
 
 QString QtPrompts::openFileName(const QString& title, const QString& suggested) {
+    const ArrowWhileAsking arrow;
     return QFileDialog::getOpenFileName(QApplication::activeWindow(), title, suggested);
 }
 
 QString QtPrompts::saveFileName(const QString& title, const QString& suggested) {
+    const ArrowWhileAsking arrow;
     // The program asks its own overwrite question after adding ".txt".
     return QFileDialog::getSaveFileName(QApplication::activeWindow(), title, suggested, QString(),
                                         nullptr, QFileDialog::DontConfirmOverwrite);
 }
 
 void QtPrompts::runModal(QDialog& dialog) {
+    const ArrowWhileAsking arrow;
     dialog.exec();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMessageBox>
 #include <QPointer>
 #include <QWidget>
 
@@ -7,7 +8,12 @@
 
 namespace rk31 {
 
-// Message boxes and file dialogs of the desktop, parented to the active window.
+// The icon of a message box: information for a value put in place of a typed one, a warning
+// for every refusal and failure.
+QMessageBox::Icon IconFor(const QString& text);
+
+// Message boxes and file dialogs of the desktop, parented to the active window, titled like the
+// windows.
 class QtPrompts : public Prompts {
   public:
     void message(const QString& text) override;

@@ -16,6 +16,7 @@
 #include "params/SettingsCommands.h"
 #include "pointwindows/widgets/SensorSketch.h"
 #include "shell/DeviceSession.h"
+#include "windowkit/CommandHelp.h"
 
 namespace rk31 {
 
@@ -48,10 +49,9 @@ void PointProgrammingWindow::afterDeviceFailure() {
     }
 }
 
-QWidget* PointProgrammingWindow::addCommand(const QString& name, const QString& caption,
-                                            void (*command)(WindowContext&,
-                                                            const PointWindowTraits&)) {
-    auto* button = addButton(name, -1, caption, [this, command] { command(context(), m_traits); });
+QAbstractButton* PointProgrammingWindow::addCommand(const QString& name, const QString& caption,
+                                                    std::function<void()> handler) {
+    auto* button = addButton(name, -1, caption, std::move(handler));
     // After the handler: Set point B leaves a new curve behind, and any command may have moved
     // the rounded points that the plot marks.
     connect(button, &QAbstractButton::clicked, this, [this] { refreshPictures(); });
@@ -79,8 +79,9 @@ int PointProgrammingWindow::addCurveBoxes(QGridLayout* grid, int row, int part, 
         grid->addWidget(buddyLabel(b.label, box, frame), row, 0);
         grid->addWidget(box, row, 1);
         if (b.name == ctl::DP && !m_traits.bothParts && !m_traits.offsets) {
-            grid->addWidget(addCommand(ctl::GetDP, tr("Get DP Mid Point"), PointGetDPCommand), row,
-                            2);
+            grid->addWidget(addCommand(ctl::GetDP, tr("Get DP Mid Point"),
+                                       [this] { PointGetDPCommand(context(), m_traits); }),
+                            row, 2);
         }
         ++row;
     }
@@ -163,9 +164,17 @@ QGroupBox* PointProgrammingWindow::buildOnePartFrame() {
     auto* grid = new QGridLayout(points);
     const int row = addPointBoxes(grid, 0, 0, points);
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(addCommand(ctl::SetpointA, tr("Set point A"), SetPointACommand));
-    buttons->addWidget(addCommand(
-        ctl::SetpointB, m_traits.offsets ? tr("Program") : tr("Set point B"), SetPointBCommand));
+    buttons->addWidget(addCommand(ctl::SetpointA, tr("Set point A"),
+                                  [this] { SetPointACommand(context(), m_traits); }));
+    auto* setPointB =
+        addCommand(ctl::SetpointB, m_traits.offsets ? tr("Program") : tr("Set point B"),
+                   [this] { this->setPointB(); });
+    if (m_traits.offsets) {
+        ApplyHelp(*setPointB,
+                  {u'r', tr("Programs the part with point A, and point B and DP at their offsets "
+                            "from it, then powers it off")});
+    }
+    buttons->addWidget(setPointB);
     buttons->addStretch(1);
     grid->addLayout(buttons, row, 0, 1, 4);
     column->addWidget(points);
@@ -190,9 +199,11 @@ QGroupBox* PointProgrammingWindow::buildDualFrame() {
     }
     column->addLayout(parts);
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(addCommand(ctl::SetpointA, tr("Set point A"), SetPointACommand));
-    buttons->addWidget(addCommand(ctl::SetpointB, tr("Set point B"), SetPointBCommand));
-    buttons->addWidget(addCommand(ctl::GetDP, tr("Get DP"), PointGetDPCommand));
+    buttons->addWidget(addCommand(ctl::SetpointA, tr("Set point A"),
+                                  [this] { SetPointACommand(context(), m_traits); }));
+    buttons->addWidget(addCommand(ctl::SetpointB, tr("Set point B"), [this] { setPointB(); }));
+    buttons->addWidget(
+        addCommand(ctl::GetDP, tr("Get DP"), [this] { PointGetDPCommand(context(), m_traits); }));
     buttons->addStretch(1);
     column->addLayout(buttons);
     return partFrame;
@@ -203,7 +214,8 @@ QLayout* PointProgrammingWindow::buildTopBar() {
     auto* bar = new QHBoxLayout;
     bar->addWidget(addButton(ctl::connect, -1, tr("Connect"), [&ctx] { ConnectCommand(ctx); }));
     if (m_traits.powerButton) {
-        bar->addWidget(addCommand(ctl::PowerOn, tr("Power On"), PointPowerOnCommand));
+        bar->addWidget(addCommand(ctl::PowerOn, tr("Power On"),
+                                  [this] { PointPowerOnCommand(context(), m_traits); }));
     }
     bar->addStretch(1);
     bar->addWidget(
@@ -246,7 +258,7 @@ void PointProgrammingWindow::buildUi() {
         },
         this);
 
-    auto* layout = new QVBoxLayout(this);
+    auto* layout = new QVBoxLayout(content());
     layout->addLayout(buildTopBar());
     auto* body = new QHBoxLayout;
     auto* left = new QVBoxLayout;
@@ -256,6 +268,15 @@ void PointProgrammingWindow::buildUi() {
     body->addWidget(m_plot, 1);
     layout->addLayout(body, 1);
     layout->addWidget(noticeBar());
+    finishUi();
+}
+
+void PointProgrammingWindow::setPointB() {
+    if (!SetPointBCommand(context(), m_traits)) {
+        return;
+    }
+    noteProgrammed(m_traits.bothParts ? tr("Part#1 and Part#2")
+                                      : partCaption(context().selectedPart()));
 }
 
 void PointProgrammingWindow::refreshPictures() {

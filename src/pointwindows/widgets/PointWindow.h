@@ -36,8 +36,11 @@ class PointProgrammingWindow : public MainWindowBase {
     // Angle and Level of points A and B of a part from `row` on.
     int addPointBoxes(QGridLayout* grid, int row, int part, QWidget* frame);
     QGroupBox* buildOffsetFrame();
-    QWidget* addCommand(const QString& name, const QString& caption,
-                        void (*command)(WindowContext&, const PointWindowTraits&));
+    // A command button after whose handler the pictures are repainted.
+    QAbstractButton* addCommand(const QString& name, const QString& caption,
+                                std::function<void()> handler);
+    // Set point B, with the note that the part was programmed.
+    void setPointB();
     // Repaints what shows the stored curve and the directions.
     void refreshPictures();
 

@@ -1,4 +1,4 @@
-#include "shell/widgets/WidgetControlView.h"
+#include "windowkit/WidgetControlView.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>
@@ -7,6 +7,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <stdexcept>
+
+#include "windowkit/CommandHelp.h"
 
 namespace rk31 {
 
@@ -44,7 +46,7 @@ QString WidgetControlView::text(const QString& name, int index) const {
         return edit->text();
     }
     if (auto* button = qobject_cast<QAbstractButton*>(w)) {
-        return button->text();
+        return WithoutMnemonic(button->text());
     }
     if (auto* label = qobject_cast<QLabel*>(w)) {
         return label->text();
@@ -66,11 +68,12 @@ void WidgetControlView::setText(const QString& name, int index, const QString& t
     if (auto* edit = qobject_cast<QLineEdit*>(w)) {
         edit->setText(text);
     } else if (auto* button = qobject_cast<QAbstractButton*>(w)) {
-        button->setText(text);
+        SetCaption(*button, text);
     } else if (auto* label = qobject_cast<QLabel*>(w)) {
         label->setText(text);
     } else if (auto* box = qobject_cast<QGroupBox*>(w)) {
         box->setTitle(text);
+        box->setAccessibleName(text);
     } else if (auto* combo = qobject_cast<QComboBox*>(w); combo && combo->isEditable()) {
         combo->setEditText(text);
     } else if (w == m_root) {

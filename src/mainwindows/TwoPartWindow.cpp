@@ -44,33 +44,33 @@ void TwoPartWindow::afterDeviceFailure() {
     UpdateControl(context());
 }
 
-void TwoPartWindow::addSessionButtons(QGridLayout* grid, int row, int index) {
+void TwoPartWindow::addSessionButtons(QGridLayout* grid, int index, int columns) {
     const auto part = static_cast<std::int16_t>(index < 0 ? 0 : index);
     WindowContext& ctx = context();
     const std::int16_t target = index < 0 ? kBothParts : part;
-    grid->addWidget(
-        addButton(ctl::newdevice, index, tr("New Device"), [&ctx, part] { NewDevice(ctx, part); }),
-        row, 0);
-    grid->addWidget(addButton(ctl::owilock, index, tr("Comm Lock"),
-                              [&ctx, part] { CommLockCommand(ctx, part); }),
-                    row, 1);
-    grid->addWidget(addButton(ctl::Advanced, index, tr("Advanced"),
-                              [&ctx, part] { AdvancedCommand(ctx, part); }),
-                    row, 2);
     const QString programmed = index < 0 ? tr("Part#1 and Part#2") : tr("Part#%1").arg(part + 1);
-    grid->addWidget(addButton(ctl::btnconfigsolver, index, tr("Program"),
-                              [this, &ctx, target, programmed] {
-                                  if (ProgramAction(ctx, target)) {
-                                      noteProgrammed(programmed);
-                                  }
-                              }),
-                    row + 1, 0);
-    grid->addWidget(addButton(ctl::lineargraph, index, tr("Linear Graph"),
-                              [&ctx, part] { LinearGraphCommand(ctx, part); }),
-                    row + 1, 1);
-    grid->addWidget(addButton(ctl::viewoutput, index, tr("View Output"),
-                              [&ctx, part] { ViewOutputCommand(ctx, part); }),
-                    row + 1, 2);
+    QAbstractButton* const buttons[] = {
+        addButton(ctl::newdevice, index, tr("New Device"), [&ctx, part] { NewDevice(ctx, part); }),
+        addButton(ctl::owilock, index, tr("Comm Lock"),
+                  [&ctx, part] { CommLockCommand(ctx, part); }),
+        addButton(ctl::Advanced, index, tr("Advanced"),
+                  [&ctx, part] { AdvancedCommand(ctx, part); }),
+        addButton(ctl::btnconfigsolver, index, tr("Program"),
+                  [this, &ctx, target, programmed] {
+                      if (ProgramAction(ctx, target)) {
+                          noteProgrammed(programmed);
+                      }
+                  }),
+        addButton(ctl::lineargraph, index, tr("Linear Graph"),
+                  [&ctx, part] { LinearGraphCommand(ctx, part); }),
+        addButton(ctl::viewoutput, index, tr("View Output"),
+                  [&ctx, part] { ViewOutputCommand(ctx, part); }),
+    };
+    int i = 0;
+    for (QAbstractButton* button : buttons) {
+        grid->addWidget(button, i / columns, i % columns);
+        ++i;
+    }
 }
 
 QWidget* TwoPartWindow::buildTopBar() {
@@ -137,7 +137,7 @@ QGroupBox* TwoPartWindow::buildPartFrame(int part) {
 
     if (!m_oneSupply) {
         auto* session = new QGridLayout;
-        addSessionButtons(session, 0, part);
+        addSessionButtons(session, part, 3);
         column->addLayout(session);
     }
 
@@ -156,17 +156,19 @@ QGroupBox* TwoPartWindow::buildPartFrame(int part) {
                                   [&ctx, box] { SetPointCommand(ctx, box); }),
                         k, 4);
     }
-    int hintRow = 4;
+    // The hints read as one paragraph, line under line.
+    auto* hints = new QVBoxLayout;
+    hints->setSpacing(0);
     for (const QString& hint : {tr("Fill All Angles to make 4 Points Programming!"),
                                 tr("Leave Angle D EMPTY to make 3 Points Programming!"),
-                                tr("Leave Angle C EMPTY to make 2 Points Programming!")}) {
+                                tr("Leave Angle C EMPTY to make 2 Points Programming!"),
+                                tr("Fill below box to make one point + slope Programming!")}) {
         auto* label = new QLabel(hint, points);
         label->setObjectName(QStringLiteral("hint"));
-        grid->addWidget(label, hintRow++, 0, 1, 5);
+        hints->addWidget(label);
     }
-    auto* slopeHint =
-        new QLabel(tr("Fill below box to make one point + slope Programming!"), points);
-    grid->addWidget(slopeHint, hintRow++, 0, 1, 5);
+    int hintRow = 4;
+    grid->addLayout(hints, hintRow++, 0, 1, 5);
     auto* slope = addBox(ctl::KforA, part, QString(), Field::Slope);
     grid->addWidget(buddyLabel(tr("Slope"), slope, points), hintRow, 0);
     grid->addWidget(slope, hintRow, 1);
@@ -236,7 +238,7 @@ void TwoPartWindow::buildUi() {
     if (m_oneSupply) {
         auto* both = new QGroupBox(tr("Both parts"), this);
         auto* grid = new QGridLayout(both);
-        addSessionButtons(grid, 0, -1);
+        addSessionButtons(grid, -1, 6);
         layout->addWidget(both);
     }
     auto* parts = new QHBoxLayout;

@@ -24,7 +24,9 @@ class TwoPartWindow : public MainWindowBase {
     void buildUi();
     QWidget* buildTopBar();
     QGroupBox* buildPartFrame(int part);
-    void addSessionButtons(QGridLayout* grid, int row, int index);
+    // The session commands of a part (index -1: the single buttons for both parts), `columns`
+    // to a row.
+    void addSessionButtons(QGridLayout* grid, int index, int columns);
     // A parameter box checked by its field's rule when it loses the focus.
     QLineEdit* addBox(const QString& name, int index, const QString& text, Field field);
 

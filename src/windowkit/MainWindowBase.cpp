@@ -62,6 +62,17 @@ class WaitFormWindow : public WaitWindow {
     QPointer<waitform> m_form;
 };
 
+// A scroll area that asks for the whole of its content, so that the window opens at its natural
+// size and scrolls only where the screen is smaller (the toolkit's own stops at 36 x 24 lines).
+class ContentScrollArea : public QScrollArea {
+  public:
+    using QScrollArea::QScrollArea;
+    QSize sizeHint() const override {
+        const int frame = 2 * frameWidth();
+        return (widget() ? widget()->sizeHint() : QSize()) + QSize(frame, frame);
+    }
+};
+
 }  // namespace
 
 MainWindowBase::MainWindowBase(WindowFamily family, const QString& className, QWidget* parent)
@@ -72,10 +83,9 @@ MainWindowBase::MainWindowBase(WindowFamily family, const QString& className, QW
                                             AppPause(), *this);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    m_scroll = new QScrollArea(this);
+    m_scroll = new ContentScrollArea(this);
     m_scroll->setFrameShape(QFrame::NoFrame);
     m_scroll->setWidgetResizable(true);
-    m_scroll->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
     m_content = new QWidget(m_scroll);
     m_content->setObjectName(QStringLiteral("content"));
     m_scroll->setWidget(m_content);
@@ -83,6 +93,21 @@ MainWindowBase::MainWindowBase(WindowFamily family, const QString& className, QW
 }
 
 void MainWindowBase::finishUi() {
+    // Tight but even spacing, so that the two-part windows fit a 720-line screen.
+    QList<QLayout*> layouts = m_content->findChildren<QLayout*>();
+    layouts << m_content->layout();
+    for (QLayout* layout : layouts) {
+        if (!layout) {
+            continue;
+        }
+        layout->setSpacing(4);
+        if (qobject_cast<QGroupBox*>(layout->parentWidget()) &&
+            layout->parentWidget()->layout() == layout) {
+            layout->setContentsMargins(8, 4, 8, 6);
+        } else if (layout == m_content->layout()) {
+            layout->setContentsMargins(8, 6, 8, 6);
+        }
+    }
     for (auto* frame : findChildren<QGroupBox*>()) {
         frame->setAccessibleName(frame->title());
     }

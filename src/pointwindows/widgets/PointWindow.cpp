@@ -85,9 +85,9 @@ int PointProgrammingWindow::addCurveBoxes(QGridLayout* grid, int row, int part, 
         }
         ++row;
     }
-    auto* clockwise = new QCheckBox(
+    auto* clockwise = addCheckBox(
+        ctl::clockwise, index,
         m_traits.bothParts ? tr("CW (%1)").arg(partCaption(part)) : tr("clockwise"), frame);
-    clockwise->setObjectName(controlName(ctl::clockwise, index));
     connect(clockwise, &QCheckBox::stateChanged, this, [this] { refreshPictures(); });
     grid->addWidget(clockwise, row++, 0, 1, 2);
     return row;

@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-packages=(cmake g++ make qt6-base-dev qt6-serialport-dev libgtest-dev libgmock-dev
+packages=(cmake g++ make qt6-base-dev qt6-serialport-dev qt6-svg-dev libgtest-dev libgmock-dev
           fonts-dejavu-core)
 missing=()
 for package in "${packages[@]}"; do

@@ -1,6 +1,8 @@
 #include "display/TransferCurvePlot.h"
 
 #include <QFontMetricsF>
+#include <QLocale>
+#include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -39,7 +41,30 @@ bool isEmptySegment(const CurveRows& rows, int k) {
     return from[0] == 0 && from[1] == 0 && to[0] == 0 && to[1] == 0;
 }
 
+constexpr int kMostDrawnSegments = 11;
+
+// A line sample and the part's name for each curve, above the grid at the right.
+void drawLegend(PlotCanvas& canvas, const ShownParts& parts) {
+    double x = 250;
+    for (const ShownPart& shown : parts) {
+        canvas.SetPen(shown.colour, 2);
+        canvas.Line(x, 114, x + 12, 114);
+        canvas.SetPen(Qt::black, 1);
+        canvas.DrawLabel(static_cast<std::int16_t>(x + 15), 118,
+                         QStringLiteral("Part#%1").arg(shown.part + 1));
+        x += 60;
+    }
+}
+
 }  // namespace
+
+int DrawnSegmentCount(const CurveRows& rows) {
+    int count = 0;
+    while (count < kMostDrawnSegments && !isEmptySegment(rows, count)) {
+        ++count;
+    }
+    return count;
+}
 
 ShownParts SinglePart(std::int16_t part) {
     return {ShownPart{part, kFirstCurveColour}};
@@ -154,7 +179,7 @@ void PaintTransferCurves(QPainter& painter, QSizeF size, const ShownParts& parts
         const auto index = static_cast<std::size_t>(shown.part);
         const CurveRows& rows = curves[index];
         canvas.SetPen(shown.colour, 2);
-        for (int k = 0; k <= 10 && !isEmptySegment(rows, k); ++k) {
+        for (int k = 0; k < DrawnSegmentCount(rows); ++k) {
             const auto& from = rows[static_cast<std::size_t>(2 * k)];
             const auto& to = rows[static_cast<std::size_t>(2 * k + 1)];
             canvas.Line(from[0], from[1], to[0], to[1]);
@@ -164,6 +189,9 @@ void PaintTransferCurves(QPainter& painter, QSizeF size, const ShownParts& parts
             canvas.Circle(points[static_cast<std::size_t>(p)],
                           points[static_cast<std::size_t>(p + 4)], 2);
         }
+    }
+    if (parts.size() > 1) {
+        drawLegend(canvas, parts);
     }
     painter.restore();
 }
@@ -175,7 +203,32 @@ TransferCurvePlot::TransferCurvePlot(QWidget* parent)
     setObjectName(QStringLiteral("Picture1"));
     setAttribute(Qt::WA_OpaquePaintEvent);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setMouseTracking(true);
     setShownParts(SinglePart(0));
+}
+
+QString TransferCurvePlot::hoverText() const {
+    if (!m_hover) {
+        return {};
+    }
+    return QStringLiteral("Angle %1\u00B0 \u00B7 Level %2 %VDD")
+        .arg(QLocale::c().toString(m_hover->x(), 'f', 0),
+             QLocale::c().toString(m_hover->y(), 'f', 0));
+}
+
+void TransferCurvePlot::mouseMoveEvent(QMouseEvent* event) {
+    const QPointF at = PlotCanvas::PlotTransform(size()).inverted().map(event->position());
+    const bool overPlot = at.x() >= 0 && at.x() <= 360 && at.y() >= 0 && at.y() <= 100;
+    m_hover = overPlot ? std::optional<QPointF>(at) : std::nullopt;
+    setToolTip(hoverText());
+    update();
+    QWidget::mouseMoveEvent(event);
+}
+
+void TransferCurvePlot::leaveEvent(QEvent* event) {
+    m_hover.reset();
+    update();
+    QWidget::leaveEvent(event);
 }
 
 void TransferCurvePlot::setShownParts(ShownParts parts) {
@@ -219,6 +272,22 @@ QSize TransferCurvePlot::minimumSizeHint() const {
 void TransferCurvePlot::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     PaintTransferCurves(painter, size(), shownParts(), m_markedPoints, *m_curves, *m_rounded);
+    if (!m_hover) {
+        return;
+    }
+    // A crosshair through the pointer and the read-out in the top left corner.
+    const QPointF at = PlotCanvas::PlotTransform(size()).map(*m_hover);
+    painter.setPen(QPen(Qt::darkGray, 1, Qt::DashLine));
+    painter.drawLine(QPointF(at.x(), 0), QPointF(at.x(), height()));
+    painter.drawLine(QPointF(0, at.y()), QPointF(width(), at.y()));
+    const QString text = hoverText();
+    const QRectF box = QRectF(QPointF(6, 6), QFontMetricsF(font()).size(0, text))
+                           .adjusted(-4, -2, 4, 2)
+                           .translated(4, 2);
+    painter.fillRect(box, QColor(255, 255, 224));
+    painter.setPen(Qt::black);
+    painter.drawRect(box);
+    painter.drawText(box, Qt::AlignCenter, text);
 }
 
 }  // namespace rk31

@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "shell/DeviceSession.h"
@@ -64,9 +65,12 @@ class PlotCanvas {
     QTransform m_transform;
 };
 
+// How many segments of a part's rows are drawn: up to the first empty one, at most 11.
+int DrawnSegmentCount(const CurveRows& rows);
+
 // The whole plot: white background, axes, grid with its labels, the curve of each shown part
 // from `curves` until its first empty segment, and the first `markedPoints` rounded points of
-// each part as circles.
+// each part as circles; with more than one part, a legend naming the colours.
 void PaintTransferCurves(QPainter& painter, QSizeF size, const ShownParts& parts, int markedPoints,
                          const CurveTables& curves, const RoundedImages& rounded);
 
@@ -95,10 +99,20 @@ class TransferCurvePlot : public QWidget {
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+    const CurveTables& curves() const { return *m_curves; }
+    const RoundedImages& rounded() const { return *m_rounded; }
+
+    // "Angle 123° · Level 45 %VDD" for the point under the mouse pointer; empty when the pointer
+    // is not over the plot.
+    QString hoverText() const;
+
   protected:
     void paintEvent(QPaintEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
 
   private:
+    std::optional<QPointF> m_hover;  // in plot units
     PartsSource m_source;
     int m_markedPoints = 4;
     QSize m_preferredSize{880, 440};

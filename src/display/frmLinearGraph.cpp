@@ -4,9 +4,11 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QShowEvent>
 
 #include "core/Services.h"
+#include "display/CurveExport.h"
 #include "display/TransferCurvePlot.h"
 #include "shell/DeviceSession.h"
 #include "solver/Curve.h"
@@ -65,6 +67,8 @@ frmLinearGraph::frmLinearGraph(QWidget* parent) : QDialog(parent) {
             box->setObjectName(
                 QStringLiteral("%1_%2").arg(QLatin1String(valueRow.box)).arg(column));
             box->setReadOnly(true);
+            // Read-only values are read by their labels, not visited with the tab key.
+            box->setFocusPolicy(Qt::ClickFocus);
             box->setAlignment(Qt::AlignHCenter);
             box->setFixedWidth(boxWidth);
             values->addWidget(box, row + 1, column + 1);
@@ -81,6 +85,15 @@ frmLinearGraph::frmLinearGraph(QWidget* parent) : QDialog(parent) {
     m_plot->setObjectName(QStringLiteral("Picture1"));
     m_plot->setMarkedPoints(4);
     m_plot->setAccessibleName(windowTitle());
+
+    auto* exportButton = new QPushButton(QStringLiteral("E&xport\u2026"), this);
+    exportButton->setObjectName(QStringLiteral("export"));
+    exportButton->setAutoDefault(false);
+    exportButton->setToolTip(
+        QStringLiteral("Saves the curve as a picture (PNG, SVG) or as its rows (CSV)"));
+    connect(exportButton, &QPushButton::clicked, this,
+            [this] { ExportCurveCommand(*m_plot, m_lastExport, AppPrompts()); });
+    values->addWidget(exportButton, kRows + 2, 0, 1, 3, Qt::AlignLeft);
 
     auto* layout = new QHBoxLayout(this);
     layout->addLayout(values);

@@ -44,6 +44,7 @@ class frmLinearGraph : public QDialog {
     std::array<std::array<QLineEdit*, 2>, kRows> m_boxes{};
     QLabel* m_part2Head = nullptr;
     TransferCurvePlot* m_plot = nullptr;
+    QString m_lastExport;
 };
 
 }  // namespace rk31

@@ -121,6 +121,10 @@ CommandHelp HelpFor(const QString& name, int index, WindowFamily family) {
         }
         return {u'i', QStringLiteral("The angle grows clockwise")};
     }
+    if (name == QLatin1String("export")) {
+        return {u'x',
+                QStringLiteral("Saves the curve as a picture (PNG, SVG) or as its rows (CSV)")};
+    }
     if (name == ctl::Kpolarity) {
         return {u'y', QStringLiteral("Inverts the switch output")};
     }

@@ -1,4 +1,5 @@
 #include <QImage>
+#include <QMouseEvent>
 #include <QtTest>
 
 #include "display/TransferCurvePlot.h"
@@ -105,6 +106,29 @@ class TransferCurvePlotTest : public QObject {
             QVERIFY(36 % step == 0);
             QVERIFY(font.pixelSize() >= 8);
         }
+    }
+
+    void legendNamesTheColoursOfTwoParts() {
+        for (const bool both : {true, false}) {
+            const QImage image = render(both ? BothParts() : SinglePart(0));
+            QCOMPARE(inkNear(image, 256, 114, Qt::green), both);
+            QCOMPARE(inkNear(image, 316, 114, Qt::red), both);
+        }
+    }
+
+    void hoverReadsTheAngleAndLevelUnderThePointer() {
+        TransferCurvePlot plot;
+        plot.resize(800, 420);
+        const QPointF at = PlotCanvas::PlotTransform(plot.size()).map(QPointF(180, 50));
+        QMouseEvent move(QEvent::MouseMove, at, plot.mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                         Qt::NoModifier);
+        QApplication::sendEvent(&plot, &move);
+        QCOMPARE(plot.hoverText(), QStringLiteral("Angle 180\u00B0 \u00B7 Level 50 %VDD"));
+        const QPointF outside = PlotCanvas::PlotTransform(plot.size()).map(QPointF(-15, 50));
+        QMouseEvent away(QEvent::MouseMove, outside, plot.mapToGlobal(outside), Qt::NoButton,
+                         Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(&plot, &away);
+        QVERIFY(plot.hoverText().isEmpty());
     }
 
     void pointsAreMarkedWithCircles() {

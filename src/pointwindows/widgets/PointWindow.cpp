@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 
 #include "chipsession/SessionControls.h"
+#include "display/CurveExport.h"
 #include "display/TransferCurvePlot.h"
 #include "link/Connection.h"
 #include "params/FieldValidation.h"
@@ -218,6 +219,9 @@ QLayout* PointProgrammingWindow::buildTopBar() {
                                   [this] { PointPowerOnCommand(context(), m_traits); }));
     }
     bar->addStretch(1);
+    bar->addWidget(addButton(QStringLiteral("export"), -1, tr("Export\u2026"), [this] {
+        ExportCurveCommand(*m_plot, m_lastExport, context().prompts);
+    }));
     bar->addWidget(
         addButton(ctl::mOpen, -1, tr("Load Settings"), [&ctx] { LoadSettingsCommand(ctx); }));
     bar->addWidget(

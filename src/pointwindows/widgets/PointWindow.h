@@ -47,6 +47,7 @@ class PointProgrammingWindow : public MainWindowBase {
     const PointWindowTraits m_traits;
     TransferCurvePlot* m_plot = nullptr;
     SensorSketch* m_sketch = nullptr;
+    QString m_lastExport;
 };
 
 }  // namespace rk31

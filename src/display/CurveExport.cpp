@@ -1,0 +1,110 @@
+#include "display/CurveExport.h"
+
+#include <QBuffer>
+#include <QFileInfo>
+#include <QImage>
+#include <QPainter>
+#include <QSaveFile>
+#include <QSvgGenerator>
+
+#include "core/Prompts.h"
+
+namespace rk31 {
+
+namespace {
+
+// A picture that pastes into a report at a readable size whatever the window's size.
+constexpr QSize kPictureSize{1200, 620};
+
+// Written through a temporary file: the old file stays whole unless every byte reached the
+// disk.
+QString saveBytes(const QString& path, const QByteArray& bytes) {
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return file.errorString();
+    }
+    if (file.write(bytes) != bytes.size() || !file.flush()) {
+        const QString reason = file.errorString();
+        file.cancelWriting();
+        return reason;
+    }
+    return file.commit() ? QString() : file.errorString();
+}
+
+}  // namespace
+
+QStringList CurveCsvLines(const CurveTables& curves, const ShownParts& parts) {
+    QStringList lines{QStringLiteral("part,segment,angle_deg,level_pct_vdd")};
+    for (const ShownPart& shown : parts) {
+        if (shown.part < 0 || shown.part > 1) {
+            continue;
+        }
+        const CurveRows& rows = curves[static_cast<std::size_t>(shown.part)];
+        for (int k = 0; k < DrawnSegmentCount(rows); ++k) {
+            for (int end = 0; end < 2; ++end) {
+                const auto& row = rows[static_cast<std::size_t>(2 * k + end)];
+                lines << QStringLiteral("%1,%2,%3,%4")
+                             .arg(shown.part + 1)
+                             .arg(k)
+                             .arg(row[0])
+                             .arg(row[1]);
+            }
+        }
+    }
+    return lines;
+}
+
+QByteArray CurvePicture(const QString& format, QSize size, const ShownParts& parts,
+                        int markedPoints, const CurveTables& curves, const RoundedImages& rounded) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (format == u"svg") {
+        QSvgGenerator svg;
+        svg.setOutputDevice(&buffer);
+        svg.setSize(size);
+        svg.setViewBox(QRect(QPoint(0, 0), size));
+        svg.setTitle(QStringLiteral("Transfer curve"));
+        QPainter painter(&svg);
+        PaintTransferCurves(painter, size, parts, markedPoints, curves, rounded);
+        painter.end();
+        return bytes;
+    }
+    QImage image(size, QImage::Format_RGB32);
+    QPainter painter(&image);
+    PaintTransferCurves(painter, size, parts, markedPoints, curves, rounded);
+    painter.end();
+    image.save(&buffer, "PNG");
+    return bytes;
+}
+
+void ExportCurveCommand(const TransferCurvePlot& plot, QString& lastName, Prompts& prompts) {
+    const QString chosen =
+        prompts.saveFileName(QStringLiteral("Export the curve as PNG, SVG or CSV"), lastName);
+    if (chosen.isEmpty()) {
+        return;
+    }
+    lastName = chosen;
+    const QString format = QFileInfo(chosen).suffix().toLower();
+    QByteArray bytes;
+    if (format == u"csv") {
+        bytes =
+            CurveCsvLines(plot.curves(), plot.shownParts()).join(QStringLiteral("\r\n")).toUtf8() +
+            "\r\n";
+    } else if (format == u"png" || format == u"svg") {
+        bytes = CurvePicture(format, kPictureSize, plot.shownParts(), plot.markedPoints(),
+                             plot.curves(), plot.rounded());
+    } else {
+        prompts.message(
+            QStringLiteral("Choose a file name ending in .png, .svg or .csv to "
+                           "export the curve."));
+        return;
+    }
+    const QString failure = saveBytes(chosen, bytes);
+    if (!failure.isEmpty()) {
+        prompts.message(
+            QStringLiteral("The curve could not be written to %1: %2").arg(chosen, failure));
+    }
+}
+
+}  // namespace rk31

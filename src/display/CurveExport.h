@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QByteArray>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include "display/TransferCurvePlot.h"
+
+namespace rk31 {
+
+class Prompts;
+
+// The drawn segments of the shown parts as CSV: a header, then one row per segment end (the
+// start row and the end row of each segment, in drawing order), exactly the rows the plot
+// draws.
+QStringList CurveCsvLines(const CurveTables& curves, const ShownParts& parts);
+
+// The plot as a picture: "png" or "svg", at `size` pixels.
+QByteArray CurvePicture(const QString& format, QSize size, const ShownParts& parts,
+                        int markedPoints, const CurveTables& curves, const RoundedImages& rounded);
+
+// The Export… command of a plot: asks for a file name (starting from and updating `lastName`)
+// and writes the plot as PNG, SVG or CSV by the name's ending. A name with another ending, or a
+// file that cannot be written, is reported; a failed write leaves an existing file whole.
+void ExportCurveCommand(const TransferCurvePlot& plot, QString& lastName, Prompts& prompts);
+
+}  // namespace rk31

@@ -53,9 +53,22 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     QApplication app(argc, argv);
-    const QStringList args = app.arguments().mid(1);
+    QStringList args = app.arguments().mid(1);
+    // --screen=WxH: the screen the windows must fit (logical pixels, as a window manager offers
+    // them); a window that needs more is drawn at the screen's size, scrolling, and named.
+    QSize screen;
+    for (auto it = args.begin(); it != args.end();) {
+        if (it->startsWith(QStringLiteral("--screen="))) {
+            const QStringList wh = it->mid(9).split(u'x');
+            screen = QSize(wh.value(0).toInt(), wh.value(1).toInt());
+            it = args.erase(it);
+        } else {
+            ++it;
+        }
+    }
     if (args.isEmpty()) {
-        std::fprintf(stderr, "usage: rk31_screenshot <outdir> [scene...]\nscenes:");
+        std::fprintf(stderr,
+                     "usage: rk31_screenshot [--screen=WxH] <outdir> [scene...]\nscenes:");
         for (const auto& scene : rk31::screenshot::AllScenes()) {
             std::fprintf(stderr, " %s", qPrintable(scene.name));
         }
@@ -86,7 +99,14 @@ int main(int argc, char** argv) {
         const auto widget = scene.build(context);
         widget->show();
         // Windows open at their natural size, as they do on a desktop.
-        widget->resize(widget->sizeHint().expandedTo(widget->minimumSizeHint()));
+        QSize size = widget->sizeHint().expandedTo(widget->minimumSizeHint());
+        if (screen.isValid() &&
+            (size.width() > screen.width() || size.height() > screen.height())) {
+            std::fprintf(stderr, "%s: %dx%d does not fit %dx%d\n", qPrintable(scene.name),
+                         size.width(), size.height(), screen.width(), screen.height());
+            size = size.boundedTo(screen);
+        }
+        widget->resize(size);
         QApplication::processEvents();
         const QString file = outdir.filePath(scene.name + QStringLiteral(".png"));
         if (widget->grab().save(file)) {

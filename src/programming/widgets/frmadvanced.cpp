@@ -15,6 +15,7 @@
 #include "core/DeviceError.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
+#include "core/widgets/BusyCursor.h"
 #include "shell/DeviceSession.h"
 
 namespace rk31 {
@@ -56,8 +57,10 @@ frmadvanced::frmadvanced(QWidget* parent) : QDialog(parent) {
     commands->addStretch(1);
     m_memread = new QPushButton(QStringLiteral("MemRead"), this);
     m_memread->setObjectName(QStringLiteral("memread"));
+    m_memread->setToolTip(QStringLiteral("Reads the words at the rows' addresses from the part"));
     m_memwrite = new QPushButton(QStringLiteral("MemWrite"), this);
     m_memwrite->setObjectName(QStringLiteral("memwritewithCRC"));
+    m_memwrite->setToolTip(QStringLiteral("Writes the rows' data words into the part"));
     commands->addWidget(m_memread);
     commands->addWidget(m_memwrite);
 
@@ -143,6 +146,7 @@ MemoryRowTexts frmadvanced::rowTexts() const {
 }
 
 void frmadvanced::memreadClicked() {
+    const BusyCursor busy;
     try {
         DeviceSession& session = DeviceSession::instance();
         ChipStateMachine chips(session, AppPrompts(), AppPause());
@@ -157,6 +161,7 @@ void frmadvanced::memreadClicked() {
 }
 
 void frmadvanced::memwriteClicked() {
+    const BusyCursor busy;
     try {
         DeviceSession& session = DeviceSession::instance();
         ChipStateMachine chips(session, AppPrompts(), AppPause());

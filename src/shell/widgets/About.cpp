@@ -49,10 +49,13 @@ About::About(QWidget* parent) : QDialog(parent) {
         addLabel(this, text, QStringLiteral("HWversion"), QStringLiteral("Hardware Version:"));
     text->addSpacing(12);
     addLabel(this, text, QStringLiteral("Label4"),
-             QStringLiteral("Developed by the RK31 GUI team"));
-    addLabel(this, text, QStringLiteral("Label5"), QStringLiteral("All rights reserved."));
-    addLabel(this, text, QStringLiteral("Label6"), QStringLiteral("Support: support@example.com"));
-    addLabel(this, text, QStringLiteral("Label7"), QStringLiteral("Phone: +1 555 0100"));
+             QStringLiteral("Made by the RK31 GUI project team"));
+    addLabel(this, text, QStringLiteral("Label5"),
+             QStringLiteral("Copyright \u00A9 2026 the RK31 GUI project"));
+    addLabel(this, text, QStringLiteral("Label6"),
+             QStringLiteral("Questions and faults: the project's issue tracker"));
+    addLabel(this, text, QStringLiteral("Label7"),
+             QStringLiteral("Set-up and use: README.md in the program's source"));
 
     m_debugOnly = new QLabel(QStringLiteral("   "), this);
     m_debugOnly->setObjectName(QStringLiteral("debugonly"));

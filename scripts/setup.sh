@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian 12 packages the build needs (only those missing), then configures and
-# builds everything into build/. Sourced by run.sh and test.sh.
+# builds everything into build/. With --program (run.sh): configures only the first time and
+# builds only the program, so that a later start takes seconds. Sourced by run.sh and test.sh.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -22,5 +23,10 @@ if ((${#missing[@]} > 0)); then
     DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y --no-install-recommends "${missing[@]}"
 fi
 
-cmake --preset default
-cmake --build --preset default -j"$(nproc)"
+if [ "${1:-}" = "--program" ]; then
+    [ -f build/CMakeCache.txt ] || cmake --preset default
+    cmake --build --preset default -j"$(nproc)" --target rk31gui
+else
+    cmake --preset default
+    cmake --build --preset default -j"$(nproc)"
+fi

@@ -50,6 +50,7 @@ QLineEdit* makeNumberBox(const QString& name, QWidget* parent) {
     auto* box = new QLineEdit(parent);
     box->setObjectName(name);
     box->setReadOnly(true);
+    box->setFocusPolicy(Qt::ClickFocus);  // read by its label, not visited with the tab key
     box->setAlignment(Qt::AlignRight);
     box->setMaximumWidth(box->fontMetrics().horizontalAdvance(QStringLiteral("0000.000")) + 16);
     return box;

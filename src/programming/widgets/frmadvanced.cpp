@@ -105,6 +105,7 @@ QWidget* frmadvanced::buildBank(int bank) {
         m_din[row] = hexBox(frame, "Din", row, prefix + captions[1]);
         m_out[row] = hexBox(frame, "out", row, prefix + captions[2]);
         m_out[row]->setReadOnly(true);
+        m_out[row]->setFocusPolicy(Qt::ClickFocus);
         m_add[row]->setText(InitialAddressText(row));
         number->setBuddy(m_add[row]);
         grid->addWidget(m_add[row], line + 1, 1);

@@ -27,7 +27,7 @@ namespace {
 
 constexpr double kTickMs = 100;
 constexpr double kTargetRateHz = 10;
-constexpr double kTargetDeviationMs = 10;
+constexpr double kTargetDeviationMs = 5;
 constexpr double kTargetCpuPercent = 2;
 
 double ProcessCpuMs() {

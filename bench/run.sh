@@ -59,16 +59,31 @@ if [[ ${type:-} == Debug || -z ${type:-} ]]; then
 fi
 
 echo
-echo "(a) Start-up of 'rk31gui /1' to its first painted window, beside a minimal Widgets program"
-echo "    (the real binary, unchanged; a preloaded hook reports the first window and peak RSS)"
-run "$bin/startup_bench" --runs "$runs" --hook "$bin/libfirst_window_hook.so" \
-    --label offscreen --floor "$bin/minimal_widgets" --breakdown "$bin/startup_probe" \
-    -- "$build/rk31gui" /1
-if command -v xvfb-run >/dev/null 2>&1; then
-    QT_QPA_PLATFORM=xcb run xvfb-run -a -s "-screen 0 1280x1024x24" \
-        "$bin/startup_bench" --runs "$runs" --hook "$bin/libfirst_window_hook.so" \
-        --label "xcb under Xvfb" --floor "$bin/minimal_widgets" -- "$build/rk31gui" /1
-fi
+echo "(a) Start-up to the first painted window, beside two floors: the smallest Widgets program,"
+echo "    and a plain window holding the same controls with their texts and no logic (the"
+echo "    toolkit's real floor for that window); the real binary, unchanged, with a preloaded hook"
+echo "    that reports the first window and peak RSS"
+for switch in /1 /4; do
+    controls=$build/bench/controls${switch//\//_}.txt
+    run "$bin/control_dump" "$switch" >"$controls"
+    breakdown=()
+    if [[ $switch == /1 ]]; then
+        breakdown=(--breakdown "$bin/startup_probe")
+        run "$bin/startup_bench" --runs "$runs" --hook "$bin/libfirst_window_hook.so" \
+            --label "offscreen, $switch" --floor "$bin/minimal_widgets" \
+            -- "$build/rk31gui" "$switch"
+    fi
+    run "$bin/startup_bench" --runs "$runs" --hook "$bin/libfirst_window_hook.so" \
+        --label "offscreen, $switch, same controls" --floor "$bin/same_controls $controls" \
+        --target 1.05 "${breakdown[@]}" -- "$build/rk31gui" "$switch"
+    if command -v xvfb-run >/dev/null 2>&1; then
+        # -noreset: the server's reset after each client is not the program's start-up.
+        QT_QPA_PLATFORM=xcb run xvfb-run -a -s "-screen 0 1280x1024x24 -noreset" \
+            "$bin/startup_bench" --runs "$runs" --hook "$bin/libfirst_window_hook.so" \
+            --label "xcb under Xvfb, $switch, same controls" \
+            --floor "$bin/same_controls $controls" --target 1.05 -- "$build/rk31gui" "$switch"
+    fi
+done
 
 echo
 echo "(b) Program action of Part#1, four points, simulator without latency"
@@ -76,5 +91,6 @@ run "$bin/program_bench" 200
 
 echo
 echo "(c) Real-time output display over 10 s, magnet turning, Part#1 in ADC mode"
-run "$bin/display_bench" 10 0
-run "$bin/display_bench" 10 30
+for latency in 0 30 60; do
+    run "$bin/display_bench" 10 "$latency"
+done

@@ -9,6 +9,7 @@
 #include <QPushButton>
 
 #include "core/AppTitle.h"
+#include "core/DeviceBench.h"
 #include "core/DeviceError.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
@@ -76,8 +77,33 @@ QWidget* MainWindowBase::noticeBar() {
         m_notice->setObjectName(QStringLiteral("notice"));
         m_notice->setTextInteractionFlags(Qt::TextSelectableByMouse);
         layout->addWidget(m_notice, 1);
+        if (InstalledDeviceBench() != nullptr) {
+            layout->addWidget(simulatedProgrammerBadge());
+        }
     }
     return m_noticeBar;
+}
+
+QWidget* MainWindowBase::simulatedProgrammerBadge() {
+    auto* badge = new QPushButton(QStringLiteral("Simulated programmer"), m_noticeBar);
+    badge->setObjectName(QStringLiteral("simulatedProgrammer"));
+    badge->setAutoDefault(false);
+    badge->setCursor(Qt::PointingHandCursor);
+    badge->setToolTip(
+        QStringLiteral("No programmer box is attached: the chip is simulated. Click to open the "
+                       "bench (magnet, dies, faults, device traffic)."));
+    // A sign rather than a command: it must not be taken for one of the window's own buttons.
+    badge->setStyleSheet(QStringLiteral(
+        "QPushButton { background: #fff3c4; color: #5c4400; border: 1px solid #d9b44a;"
+        " border-radius: 9px; padding: 2px 10px; }"
+        "QPushButton:hover { background: #ffe9a0; }"
+        "QPushButton:focus { border: 2px solid #3a6fd8; }"));
+    connect(badge, &QPushButton::clicked, this, [this] {
+        if (DeviceBench* bench = InstalledDeviceBench()) {
+            bench->open(this);
+        }
+    });
+    return badge;
 }
 
 void MainWindowBase::showNotice(const QString& text) {

@@ -68,6 +68,9 @@ class MainWindowBase : public QWidget, public WindowUi {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    // While the simulated programmer is the device: says so, and opens its bench.
+    QWidget* simulatedProgrammerBadge();
+
     QLabel* m_notice = nullptr;
     QWidget* m_noticeBar = nullptr;
     WidgetControlView m_view;

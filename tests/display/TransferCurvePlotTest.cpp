@@ -1,4 +1,5 @@
 #include <QImage>
+#include <QPainter>
 #include <QtTest>
 
 #include "display/TransferCurvePlot.h"
@@ -104,6 +105,22 @@ class TransferCurvePlotTest : public QObject {
             QCOMPARE(step == 1, c.everyLine);
             QVERIFY(36 % step == 0);
             QVERIFY(font.pixelSize() >= 8);
+        }
+    }
+
+    void labelsStayInsideTheRightEdge() {
+        // "deg" moves in from 370 on a narrow plot (the bench's small plots) rather than run off
+        // the edge, and the angle labels give way to it.
+        for (const QSize size : {QSize(220, 140), QSize(420, 280), QSize(800, 420)}) {
+            QImage image(size, QImage::Format_RGB32);
+            QPainter painter(&image);
+            PaintTransferCurves(painter, size, {}, 0, CurveTables{}, RoundedImages{});
+            painter.end();
+            // The grid stops well before the edge: any grey in the last column is a cut label.
+            for (int y = 0; y < size.height(); ++y) {
+                QVERIFY2(image.pixelColor(size.width() - 1, y).lightness() > 230,
+                         qPrintable(QStringLiteral("%1 px wide, row %2").arg(size.width()).arg(y)));
+            }
         }
     }
 

@@ -1,24 +1,17 @@
 #include "sim/bench/DiePanel.h"
 
+#include <QCheckBox>
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 
 #include "display/TransferCurvePlot.h"
 #include "sim/bench/BenchText.h"
 #include "sim/bench/CharacteristicPlot.h"
+#include "sim/bench/QuietControls.h"
 
 namespace rk31::sim {
-
-namespace {
-
-void setText(QLabel* label, const QString& text) {
-    if (label->text() != text) {
-        label->setText(text);
-    }
-}
-
-}  // namespace
 
 DiePanel::DiePanel(std::shared_ptr<SimulatedBox> box, int part, QWidget* parent)
     : QGroupBox(QStringLiteral("Part #%1").arg(part + 1), parent),
@@ -31,7 +24,9 @@ DiePanel::DiePanel(std::shared_ptr<SimulatedBox> box, int part, QWidget* parent)
     m_form->setVerticalSpacing(0);
     layout->addLayout(m_form);
 
-    m_supply = addRow(QStringLiteral("Supply"), QStringLiteral("supply"));
+    auto* supplyLabel = new QLabel(QStringLiteral("Supply"), this);
+    m_form->addRow(supplyLabel, supplyRow());
+    supplyLabel->setBuddy(m_supply);
     m_mode = addRow(QStringLiteral("Mode"), QStringLiteral("mode"));
     m_lock = addRow(QStringLiteral("Communication"), QStringLiteral("lock"));
     m_id = addRow(QStringLiteral("Identification"), QStringLiteral("id"));
@@ -48,6 +43,30 @@ DiePanel::DiePanel(std::shared_ptr<SimulatedBox> box, int part, QWidget* parent)
     refresh();
 }
 
+QWidget* DiePanel::supplyRow() {
+    auto* row = new QWidget(this);
+    m_supply = new QCheckBox(QStringLiteral("on"), row);
+    m_supply->setObjectName(QStringLiteral("supply_%1").arg(m_part));
+    m_supply->setToolTip(
+        QStringLiteral("Switches the die's supply as a bench supply would: on, "
+                       "the die starts in ADC mode from its EEPROM"));
+    connect(m_supply, &QCheckBox::toggled, this, [this](bool on) {
+        if (on) {
+            m_box->powerOn(m_part);
+        } else {
+            m_box->powerOff(m_part);
+        }
+        refresh();
+    });
+    m_vdd = new QLabel(row);
+    m_vdd->setObjectName(QStringLiteral("vdd_%1").arg(m_part));
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_supply);
+    layout->addWidget(m_vdd, 1);
+    return row;
+}
+
 QLabel* DiePanel::addRow(const QString& caption, const QString& name) {
     auto* value = new QLabel(this);
     value->setObjectName(QStringLiteral("%1_%2").arg(name).arg(m_part));
@@ -61,14 +80,14 @@ QLabel* DiePanel::addRow(const QString& caption, const QString& name) {
 void DiePanel::refresh() {
     const SimulatedBox& box = *m_box;
     const Die& die = box.dies[static_cast<std::size_t>(m_part)];
-    setText(m_supply, die.powered ? QStringLiteral("on, VDD ") + VddText(box, m_part)
-                                  : QStringLiteral("off"));
-    setText(m_mode, ModeText(die.mode));
-    setText(m_lock, die.locked ? QStringLiteral("locked for good") : QStringLiteral("open"));
-    setText(m_id, IdentificationText(box, m_part));
-    setText(m_output, OutputText(box, m_part));
-    setText(m_eeprom,
-            die.eeprom.blank ? QStringLiteral("blank (clamp low)") : QStringLiteral("programmed"));
+    CheckQuietly(m_supply, die.powered);
+    ShowText(m_vdd, die.powered ? QStringLiteral("VDD ") + VddText(box, m_part) : QString());
+    ShowText(m_mode, ModeText(die.mode));
+    ShowText(m_lock, die.locked ? QStringLiteral("locked for good") : QStringLiteral("open"));
+    ShowText(m_id, IdentificationText(box, m_part));
+    ShowText(m_output, OutputText(box, m_part));
+    ShowText(m_eeprom,
+             die.eeprom.blank ? QStringLiteral("blank (clamp low)") : QStringLiteral("programmed"));
 
     DieCurve curve{SampleLevels(die.eeprom), box.magnetAngle(), std::nullopt};
     if (die.inAdc() || box.config.outputOverride) {

@@ -5,6 +5,7 @@
 
 #include "sim/SimulatedBox.h"
 
+class QCheckBox;
 class QFormLayout;
 class QLabel;
 
@@ -13,7 +14,8 @@ namespace rk31::sim {
 class CharacteristicPlot;
 
 // One die as the programmer cannot see it: supply, mode, lock, identification, what its EEPROM
-// holds and what it puts out now. Read only: the dies change through the device calls.
+// holds and what it puts out now. Only the supply can be switched here, as on a test bench, to
+// watch a programmed die's output in ADC mode; everything else changes through device calls.
 class DiePanel : public QGroupBox {
     Q_OBJECT
   public:
@@ -23,11 +25,13 @@ class DiePanel : public QGroupBox {
 
   private:
     QLabel* addRow(const QString& caption, const QString& name);
+    QWidget* supplyRow();
 
     std::shared_ptr<SimulatedBox> m_box;
     int m_part;
     QFormLayout* m_form = nullptr;
-    QLabel* m_supply = nullptr;
+    QCheckBox* m_supply = nullptr;
+    QLabel* m_vdd = nullptr;
     QLabel* m_mode = nullptr;
     QLabel* m_lock = nullptr;
     QLabel* m_id = nullptr;

@@ -7,6 +7,8 @@
 #include <QSignalBlocker>
 #include <QSpinBox>
 
+#include "sim/bench/QuietControls.h"
+
 namespace rk31::sim {
 
 namespace {
@@ -21,13 +23,6 @@ void showQuietly(Control* control, Value value) {
     if (control->value() != value && !control->hasFocus()) {
         const QSignalBlocker quiet(control);
         control->setValue(value);
-    }
-}
-
-void checkQuietly(QCheckBox* box, bool on) {
-    if (box->isChecked() != on) {
-        const QSignalBlocker quiet(box);
-        box->setChecked(on);
     }
 }
 
@@ -63,7 +58,7 @@ void FaultsPanel::addPartSwitches(QGridLayout* grid, int& row) {
             connect(box, &QCheckBox::toggled, this,
                     [this, &setting, part](bool on) { m_box->setPartSetting(setting, part, on); });
             m_refreshers.push_back([this, box, &setting, part] {
-                checkQuietly(box, m_box->partSetting(setting, part));
+                CheckQuietly(box, m_box->partSetting(setting, part));
             });
         }
         ++row;
@@ -75,7 +70,7 @@ void FaultsPanel::addPartSwitches(QGridLayout* grid, int& row) {
         connect(box, &QCheckBox::toggled, this,
                 [this, &setting](bool on) { m_box->config.*setting.flag = on; });
         m_refreshers.push_back(
-            [this, box, &setting] { checkQuietly(box, m_box->config.*setting.flag); });
+            [this, box, &setting] { CheckQuietly(box, m_box->config.*setting.flag); });
     }
 }
 
@@ -136,7 +131,7 @@ void FaultsPanel::addValues(QGridLayout* grid, int& row) {
     connect(output, &QDoubleSpinBox::valueChanged, this, applyOutput);
     m_refreshers.push_back([this, fixed, output] {
         const auto& fixedAt = m_box->config.outputOverride;
-        checkQuietly(fixed, fixedAt.has_value());
+        CheckQuietly(fixed, fixedAt.has_value());
         output->setEnabled(fixedAt.has_value());
         if (fixedAt && static_cast<float>(output->value()) != *fixedAt && !output->hasFocus()) {
             const QSignalBlocker quiet(output);

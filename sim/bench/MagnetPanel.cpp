@@ -10,6 +10,7 @@
 #include <cmath>
 
 #include "sim/bench/BenchText.h"
+#include "sim/bench/QuietControls.h"
 
 namespace rk31::sim {
 
@@ -101,9 +102,7 @@ MagnetPanel::MagnetPanel(std::shared_ptr<SimulatedBox> box, QWidget* parent)
 void MagnetPanel::refresh() {
     const double angle = m_box->magnetAngle();
     const QString text = AngleText(angle) + QStringLiteral("\u00b0");
-    if (m_now->text() != text) {
-        m_now->setText(text);
-    }
+    ShowText(m_now, text);
     // Neither the dial under the mouse nor a box being typed into is pulled away from the user.
     if (!m_dial->isSliderDown()) {
         const QSignalBlocker quiet(m_dial);

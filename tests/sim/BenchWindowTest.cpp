@@ -276,10 +276,11 @@ void BenchWindowTest::teachingTwoPointsWithTheBench() {
     QVERIFY2(harness->prompts.messages.isEmpty(), qPrintable(harness->prompts.messages.join('|')));
     QVERIFY(!box.dies[0].eeprom.blank);
 
-    // The die powered in ADC mode: its panel draws the EEPROM's characteristic, and the output
-    // follows the dial.
-    box.powerOn(0);
-    box.enterAdc(0);
+    // The die's supply switched on at the bench: in ADC mode, its panel draws the EEPROM's
+    // characteristic, and the output follows the dial.
+    bench.window()->refresh();  // as its timer does before the user gets there
+    find<QAbstractButton>(b, "supply_0")->click();
+    QCOMPARE(find<QLabel>(b, "mode_0")->text(), QStringLiteral("ADC"));
     auto* plot = find<sim::CharacteristicPlot>(b, "characteristic_0");
     QStringList outputs;
     for (const int degrees : {100, 150}) {

@@ -7,9 +7,9 @@
 #include <QVBoxLayout>
 
 #include "display/TransferCurvePlot.h"
+#include "sim/bench/BenchControls.h"
 #include "sim/bench/BenchText.h"
 #include "sim/bench/CharacteristicPlot.h"
-#include "sim/bench/QuietControls.h"
 
 namespace rk31::sim {
 
@@ -24,9 +24,8 @@ DiePanel::DiePanel(std::shared_ptr<SimulatedBox> box, int part, QWidget* parent)
     m_form->setVerticalSpacing(0);
     layout->addLayout(m_form);
 
-    auto* supplyLabel = new QLabel(QStringLiteral("Supply"), this);
-    m_form->addRow(supplyLabel, supplyRow());
-    supplyLabel->setBuddy(m_supply);
+    QWidget* supply = supplyRow();
+    m_form->addRow(BuddyLabel(QStringLiteral("Supply"), m_supply, this), supply);
     m_mode = addRow(QStringLiteral("Mode"), QStringLiteral("mode"));
     m_lock = addRow(QStringLiteral("Communication"), QStringLiteral("lock"));
     m_id = addRow(QStringLiteral("Identification"), QStringLiteral("id"));
@@ -71,9 +70,7 @@ QLabel* DiePanel::addRow(const QString& caption, const QString& name) {
     auto* value = new QLabel(this);
     value->setObjectName(QStringLiteral("%1_%2").arg(name).arg(m_part));
     value->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto* label = new QLabel(caption, this);
-    label->setBuddy(value);
-    m_form->addRow(label, value);
+    m_form->addRow(BuddyLabel(caption, value, this), value);
     return value;
 }
 

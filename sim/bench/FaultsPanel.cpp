@@ -7,7 +7,7 @@
 #include <QSignalBlocker>
 #include <QSpinBox>
 
-#include "sim/bench/QuietControls.h"
+#include "sim/bench/BenchControls.h"
 
 namespace rk31::sim {
 
@@ -76,9 +76,7 @@ void FaultsPanel::addPartSwitches(QGridLayout* grid, int& row) {
 
 void FaultsPanel::addValues(QGridLayout* grid, int& row) {
     const auto place = [this, grid, &row](const QString& text, QWidget* control, int span = 2) {
-        auto* label = new QLabel(text, this);
-        label->setBuddy(control);
-        grid->addWidget(label, row, 0);
+        grid->addWidget(BuddyLabel(text, control, this), row, 0);
         grid->addWidget(control, row++, 1, 1, span);
     };
     const auto whole = [this, &place](const char* key, const char* title, int low, int high,

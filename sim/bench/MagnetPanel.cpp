@@ -9,8 +9,8 @@
 #include <QSignalBlocker>
 #include <cmath>
 
+#include "sim/bench/BenchControls.h"
 #include "sim/bench/BenchText.h"
-#include "sim/bench/QuietControls.h"
 
 namespace rk31::sim {
 
@@ -19,12 +19,6 @@ namespace {
 // The dial counts hundredths of a degree.
 constexpr int kDialScale = 100;
 constexpr double kDefaultSpeed = 30;
-
-QLabel* buddyLabel(const QString& text, QWidget* buddy, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
-    label->setBuddy(buddy);
-    return label;
-}
 
 }  // namespace
 
@@ -79,18 +73,16 @@ MagnetPanel::MagnetPanel(std::shared_ptr<SimulatedBox> box, QWidget* parent)
         }
     });
 
-    m_rotate = new QPushButton(this);
-    m_rotate->setObjectName(QStringLiteral("magnetRotate"));
-    m_rotate->setAutoDefault(false);
+    m_rotate = BenchButton(QString(), QStringLiteral("magnetRotate"), this);
     connect(m_rotate, &QPushButton::clicked, this, &MagnetPanel::startOrStop);
 
     auto* grid = new QGridLayout(this);
     grid->addWidget(m_dial, 0, 0, 4, 1);
-    grid->addWidget(buddyLabel(QStringLiteral("Angle now"), m_now, this), 0, 1);
+    grid->addWidget(BuddyLabel(QStringLiteral("Angle now"), m_now, this), 0, 1);
     grid->addWidget(m_now, 0, 2, 1, 2);
-    grid->addWidget(buddyLabel(QStringLiteral("&Angle (deg)"), m_angle, this), 1, 1);
+    grid->addWidget(BuddyLabel(QStringLiteral("&Angle (deg)"), m_angle, this), 1, 1);
     grid->addWidget(m_angle, 1, 2, 1, 2);
-    grid->addWidget(buddyLabel(QStringLiteral("&Speed (deg/s)"), m_speed, this), 2, 1);
+    grid->addWidget(BuddyLabel(QStringLiteral("&Speed (deg/s)"), m_speed, this), 2, 1);
     grid->addWidget(m_speed, 2, 2);
     grid->addWidget(m_rotate, 2, 3);
     grid->addWidget(m_refusal, 4, 0, 1, 4);

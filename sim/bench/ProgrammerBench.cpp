@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QShowEvent>
 
+#include "sim/bench/BenchControls.h"
 #include "sim/bench/DiePanel.h"
 #include "sim/bench/FaultsPanel.h"
 #include "sim/bench/MagnetPanel.h"
@@ -60,11 +61,8 @@ QWidget* ProgrammerBench::scenarioBar() {
     m_simText->setReadOnly(true);
     m_simText->setToolTip(QStringLiteral(
         "Start the program with this in RK31_SIM to begin where the simulator is now"));
-    auto* label = new QLabel(QStringLiteral("Scenario: RK31_SIM="), bar);
-    label->setBuddy(m_simText);
-    auto* copy = new QPushButton(QStringLiteral("&Copy as RK31_SIM"), bar);
-    copy->setObjectName(QStringLiteral("copySim"));
-    copy->setAutoDefault(false);
+    auto* label = BuddyLabel(QStringLiteral("Scenario: RK31_SIM="), m_simText, bar);
+    auto* copy = BenchButton(QStringLiteral("&Copy as RK31_SIM"), QStringLiteral("copySim"), bar);
     connect(copy, &QPushButton::clicked, this, &ProgrammerBench::copySimText);
     m_copied = new QLabel(bar);
     m_copied->setObjectName(QStringLiteral("copied"));

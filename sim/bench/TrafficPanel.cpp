@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 
 #include "params/SettingsFile.h"
+#include "sim/bench/BenchControls.h"
 #include "sim/bench/TrafficModel.h"
 
 namespace rk31::sim {
@@ -39,23 +40,16 @@ TrafficPanel::TrafficPanel(std::shared_ptr<TrafficRecorder> traffic, QWidget* pa
     m_filter->setClearButtonEnabled(true);
     connect(m_filter, &QLineEdit::textChanged, m_filtered,
             &QSortFilterProxyModel::setFilterFixedString);
-    auto* filterLabel = new QLabel(QStringLiteral("&Filter"), this);
-    filterLabel->setBuddy(m_filter);
+    auto* filterLabel = BuddyLabel(QStringLiteral("&Filter"), m_filter, this);
 
-    m_pause = new QPushButton(QStringLiteral("Pause"), this);
-    m_pause->setObjectName(QStringLiteral("trafficPause"));
+    m_pause = BenchButton(QStringLiteral("Pause"), QStringLiteral("trafficPause"), this);
     m_pause->setCheckable(true);
-    m_pause->setAutoDefault(false);
     connect(m_pause, &QPushButton::toggled, this, [this](bool paused) {
         m_pause->setText(paused ? QStringLiteral("Resume") : QStringLiteral("Pause"));
     });
-    auto* clearButton = new QPushButton(QStringLiteral("Clear"), this);
-    clearButton->setObjectName(QStringLiteral("trafficClear"));
-    clearButton->setAutoDefault(false);
+    auto* clearButton = BenchButton(QStringLiteral("Clear"), QStringLiteral("trafficClear"), this);
     connect(clearButton, &QPushButton::clicked, this, &TrafficPanel::clear);
-    auto* save = new QPushButton(QStringLiteral("Save\u2026"), this);
-    save->setObjectName(QStringLiteral("trafficSave"));
-    save->setAutoDefault(false);
+    auto* save = BenchButton(QStringLiteral("Save\u2026"), QStringLiteral("trafficSave"), this);
     connect(save, &QPushButton::clicked, this, &TrafficPanel::chooseFileAndSave);
 
     m_view = new QTableView(this);

@@ -95,9 +95,11 @@ QWidget* MainWindowBase::simulatedProgrammerBadge() {
     // A sign rather than a command: it must not be taken for one of the window's own buttons.
     badge->setStyleSheet(QStringLiteral(
         "QPushButton { background: #fff3c4; color: #5c4400; border: 1px solid #d9b44a;"
-        " border-radius: 9px; padding: 2px 10px; }"
+        " border-radius: 3px; padding: 0px 10px; }"
         "QPushButton:hover { background: #ffe9a0; }"
         "QPushButton:focus { border: 2px solid #3a6fd8; }"));
+    // No taller than the notice beside it: the strip keeps its height, the window its size.
+    badge->setFixedHeight(m_notice->sizeHint().height());
     connect(badge, &QPushButton::clicked, this, [this] {
         if (DeviceBench* bench = InstalledDeviceBench()) {
             bench->open(this);

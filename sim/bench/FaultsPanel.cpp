@@ -75,9 +75,9 @@ void FaultsPanel::addPartSwitches(QGridLayout* grid, int& row) {
 }
 
 void FaultsPanel::addValues(QGridLayout* grid, int& row) {
-    const auto place = [this, grid, &row](const QString& text, QWidget* control, int span = 2) {
+    const auto place = [this, grid, &row](const QString& text, QWidget* control) {
         grid->addWidget(BuddyLabel(text, control, this), row, 0);
-        grid->addWidget(control, row++, 1, 1, span);
+        grid->addWidget(control, row++, 1, 1, 2);
     };
     const auto whole = [this, &place](const char* key, const char* title, int low, int high,
                                       int SimConfig::*field, const QString& suffix = {}) {
@@ -126,6 +126,7 @@ void FaultsPanel::addValues(QGridLayout* grid, int& row) {
             fixed->isChecked() ? std::optional(static_cast<float>(output->value())) : std::nullopt;
     };
     connect(fixed, &QCheckBox::toggled, this, applyOutput);
+    connect(fixed, &QCheckBox::toggled, output, &QWidget::setEnabled);
     connect(output, &QDoubleSpinBox::valueChanged, this, applyOutput);
     m_refreshers.push_back([this, fixed, output] {
         const auto& fixedAt = m_box->config.outputOverride;

@@ -20,17 +20,12 @@ SimulationBench::~SimulationBench() {
 }
 
 void SimulationBench::open(QWidget* window) {
-    if (m_window && m_window->isVisible()) {
-        m_window->showNormal();
-        m_window->raise();
-        m_window->activateWindow();
-        return;
-    }
     if (!m_window) {
         m_window = std::make_unique<ProgrammerBench>(m_simulation);
         m_window->resize(m_window->sizeHint());
     }
-    if (window != nullptr) {
+    // An open bench stays where the user put it.
+    if (!m_window->isVisible() && window != nullptr) {
         const QWidget* main = window->window();
         const QScreen* screen = main->screen();
         // The bench's frame is not known before it is first shown: take the main window's.
@@ -39,7 +34,7 @@ void SimulationBench::open(QWidget* window) {
                                            screen ? screen->availableGeometry() : QRect());
         m_window->move(frameAt);
     }
-    m_window->show();
+    m_window->showNormal();
     m_window->raise();
     m_window->activateWindow();
 }

@@ -78,7 +78,7 @@ QWidget* MainWindowBase::noticeBar() {
         m_notice->setTextInteractionFlags(Qt::TextSelectableByMouse);
         layout->addWidget(m_notice, 1);
         if (InstalledDeviceBench() != nullptr) {
-            layout->addWidget(simulatedProgrammerBadge());
+            addBadge(simulatedProgrammerBadge());
         }
     }
     return m_noticeBar;
@@ -92,14 +92,15 @@ QWidget* MainWindowBase::simulatedProgrammerBadge() {
     badge->setToolTip(
         QStringLiteral("No programmer box is attached: the chip is simulated. Click to open the "
                        "bench (magnet, dies, faults, device traffic)."));
-    // A sign rather than a command: it must not be taken for one of the window's own buttons.
-    badge->setStyleSheet(QStringLiteral(
-        "QPushButton { background: #fff3c4; color: #5c4400; border: 1px solid #d9b44a;"
-        " border-radius: 3px; padding: 0px 10px; }"
-        "QPushButton:hover { background: #ffe9a0; }"
-        "QPushButton:focus { border: 2px solid #3a6fd8; }"));
+    // A sign rather than a command, so coloured apart from the window's own buttons; a palette
+    // and not a style sheet, which would bring a style engine into every start-up.
+    QPalette colours = badge->palette();
+    colours.setColor(QPalette::Button, QColor(0xff, 0xf0, 0xb8));
+    colours.setColor(QPalette::ButtonText, QColor(0x5c, 0x44, 0x00));
+    badge->setPalette(colours);
     // No taller than the notice beside it: the strip keeps its height, the window its size.
     badge->setFixedHeight(m_notice->sizeHint().height());
+    badge->setMinimumWidth(badge->sizeHint().width() + badge->fontMetrics().averageCharWidth() * 2);
     connect(badge, &QPushButton::clicked, this, [this] {
         if (DeviceBench* bench = InstalledDeviceBench()) {
             bench->open(this);

@@ -47,7 +47,7 @@ run() {
 }
 
 # The benchmarks set up the simulator themselves; the user's settings must not change the figures.
-unset RK31_SIM RK31_DEVICE_LOG
+unset RK31_SIM RK31_DEVICE_LOG RK31_BENCH
 export QT_QPA_PLATFORM=offscreen
 
 bin=$build/bench

@@ -15,6 +15,7 @@
 #include "core/Services.h"
 #include "core/widgets/QtPrompts.h"
 #include "sim/SimulatedProgrammer.h"
+#include "sim/bench/SimulationBench.h"
 
 namespace {
 
@@ -35,6 +36,7 @@ int main(int argc, char** argv) {
     rk31::QtPause pause;
     auto simulation = rk31::sim::InstallSimulationFromEnvironment();
     rk31::InstallServices({&prompts, &pause, simulation.ports.get()});
+    rk31::sim::SimulationBench bench(simulation);
     Phase("services");
 
     (void)QFontMetrics(QApplication::font()).height();

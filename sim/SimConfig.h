@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 #include <optional>
+#include <span>
 
 namespace rk31::sim {
 
@@ -30,7 +31,24 @@ struct SimConfig {
     bool versionFail = false;
     bool channelFail = false;             // OpenChannel fails
     std::optional<float> outputOverride;  // a fixed MeasureOutput reading, in percent
+
+    friend bool operator==(const SimConfig&, const SimConfig&) = default;
 };
+
+// The settings that are switched per part and those that are switched on or off, by their
+// RK31_SIM keys: the one list the parser, the writer and the bench's switches share.
+struct PartsSetting {
+    const char* key;    // "eeprom_fail"
+    const char* title;  // "EEPROM failure", for a person
+    unsigned SimConfig::*mask;
+};
+struct FlagSetting {
+    const char* key;
+    const char* title;
+    bool SimConfig::*flag;
+};
+std::span<const PartsSetting> PartsSettings();
+std::span<const FlagSetting> FlagSettings();
 
 // Reads RK31_SIM-style text, "key=value;key=value", over `base`. Blanks around keys and values
 // are tolerated and empty entries skipped. Keys: angle, rotate, latency, vdd, port, locked,
@@ -39,5 +57,10 @@ struct SimConfig {
 // malformed value leaves the setting as it was and adds
 // "RK31_SIM: ignored 'key=value': <reason>" to `errors` (when given).
 SimConfig ParseSimConfig(const QString& text, QStringList* errors, const SimConfig& base = {});
+
+// The RK31_SIM text that ParseSimConfig reads back as `config`, over any base: the angle and the
+// latency always, every other key only where it differs from a default SimConfig. Numbers are
+// the shortest text that reads back as the same value.
+QString WriteSimConfig(const SimConfig& config);
 
 }  // namespace rk31::sim

@@ -44,6 +44,33 @@ void SimulatedBox::setMagnetAngle(double degrees, double degreesPerSecond) {
     m_clock.start();
 }
 
+bool SimulatedBox::partSetting(const PartsSetting& setting, int part) const {
+    if (setting.mask == &SimConfig::locked) {
+        return dies[part].locked;
+    }
+    return fault(config.*setting.mask, part);
+}
+
+void SimulatedBox::setPartSetting(const PartsSetting& setting, int part, bool on) {
+    const unsigned bit = 1u << part;
+    unsigned& mask = config.*setting.mask;
+    mask = on ? mask | bit : mask & ~bit;
+    if (setting.mask == &SimConfig::locked) {
+        dies[part].locked = on;
+    }
+}
+
+SimConfig SimulatedBox::settings() const {
+    SimConfig now = config;
+    now.angle = Wrap360(std::round(magnetAngle() * 100) / 100);
+    now.rotate = m_speed;
+    now.locked = 0;
+    for (int part = 0; part < 2; ++part) {
+        now.locked |= dies[part].locked ? 1u << part : 0u;
+    }
+    return now;
+}
+
 void SimulatedBox::record(const QString& call) {
     trace.append(call);
 }

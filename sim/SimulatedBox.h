@@ -67,7 +67,17 @@ class SimulatedBox {
     // The magnet both dies sense: its angle now, in [0, 360), turning at the set speed
     // (degrees per second, on a monotonic clock).
     double magnetAngle() const;
+    double magnetSpeed() const { return m_speed; }
     void setMagnetAngle(double degrees, double degreesPerSecond = 0);
+
+    // A per-part setting switched on a running box; "locked" locks or unlocks the die itself
+    // and reads its lock, so that a die locked by CommLock shows as locked.
+    bool partSetting(const PartsSetting& setting, int part) const;
+    void setPartSetting(const PartsSetting& setting, int part, bool on);
+
+    // The configuration a new box would need to start as this one is now: the magnet where it
+    // is (to a hundredth of a degree) and turning as it turns, the dies locked as they are.
+    SimConfig settings() const;
 
     // Every call of every object of this box, in order: "Op(arg, arg)".
     QStringList trace;

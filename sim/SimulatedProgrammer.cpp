@@ -4,14 +4,18 @@
 #include <cstdio>
 
 #include "link/DeviceFactory.h"
+#include "link/LoggingDevice.h"
 
 namespace rk31::sim {
 
 Simulation InstallSimulation(const SimConfig& config) {
     Simulation simulation{std::make_shared<SimulatedBox>(config),
-                          std::make_shared<SimulatedPorts>(config.programmerPort)};
+                          std::make_shared<SimulatedPorts>(config.programmerPort),
+                          std::make_shared<TrafficRecorder>()};
     DeviceFactory::Register(QString::fromLatin1(kDeviceProgId),
-                            [box = simulation.box] { return CreateSimulatedDevice(box); });
+                            [box = simulation.box, traffic = simulation.traffic] {
+                                return WrapWithLog(CreateSimulatedDevice(box), traffic);
+                            });
     return simulation;
 }
 

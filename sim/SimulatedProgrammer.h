@@ -7,6 +7,7 @@
 #include "link/QZ7734Device.h"
 #include "sim/SimConfig.h"
 #include "sim/SimulatedBox.h"
+#include "sim/TrafficRecorder.h"
 
 namespace rk31::sim {
 
@@ -51,14 +52,17 @@ class SimulatedPorts : public PortProber {
     std::map<int, bool> m_open;
 };
 
-// The box, the ports and the factory registration the program runs on.
+// The box, the ports and the factory registration the program runs on, and the traffic of the
+// device objects created for it.
 struct Simulation {
     std::shared_ptr<SimulatedBox> box;
     std::shared_ptr<SimulatedPorts> ports;
+    std::shared_ptr<TrafficRecorder> traffic;
 };
 
 // Registers the simulated programmer under the device ProgID (kDeviceProgId), bound to a new box
-// built from `config`; every object the factory creates then talks to that box.
+// built from `config`; every object the factory creates then talks to that box and hands its
+// calls to the simulation's traffic recorder.
 Simulation InstallSimulation(const SimConfig& config);
 // The same from RK31_SIM, over a latency of 30 ms so that the wait windows are seen as with a
 // real box. Ignored entries are reported on standard error.

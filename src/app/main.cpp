@@ -6,6 +6,7 @@
 #include "core/Services.h"
 #include "core/widgets/QtPrompts.h"
 #include "sim/SimulatedProgrammer.h"
+#include "sim/bench/SimulationBench.h"
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
@@ -13,9 +14,11 @@ int main(int argc, char** argv) {
 
     rk31::QtPrompts prompts;
     rk31::QtPause pause;
-    // No driver for a real programmer box exists yet: the simulated one is the default.
+    // No driver for a real programmer box exists yet: the simulated one is the default, and its
+    // bench comes with it (built only when opened).
     auto simulation = rk31::sim::InstallSimulationFromEnvironment();
     rk31::InstallServices({&prompts, &pause, simulation.ports.get()});
+    rk31::sim::SimulationBench bench(simulation);
 
     // The switch is the whole command line, as the platform hands it over.
     const QString commandLine = app.arguments().mid(1).join(u' ');
@@ -25,5 +28,6 @@ int main(int argc, char** argv) {
         return 1;
     }
     window->show();
+    bench.openIfRequested(window.get());
     return app.exec();
 }

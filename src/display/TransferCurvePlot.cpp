@@ -152,6 +152,14 @@ void PaintTransferCurves(QPainter& painter, QSizeF size, const ShownParts& parts
     painter.setFont(labelFont);
     painter.setBrush(Qt::NoBrush);
 
+    // "deg" stands at 370, or further left where a narrow plot would cut it off at the right
+    // edge; an angle label that would run into it is left out.
+    const QFontMetricsF metrics(labelFont);
+    const double unitsPerPixel = (kPlotRight - kPlotLeft) / size.width();
+    const QString unit = QStringLiteral("deg");
+    const auto unitAt = static_cast<std::int16_t>(
+        std::min(370.0, std::floor(kPlotRight - metrics.horizontalAdvance(unit) * unitsPerPixel)));
+
     PlotCanvas canvas(painter, size);
     canvas.SetPen(Qt::black, 1);
     canvas.Line(0, 0, 370, 0);
@@ -164,12 +172,14 @@ void PaintTransferCurves(QPainter& painter, QSizeF size, const ShownParts& parts
     for (std::int16_t j = 1; j <= 36; ++j) {
         const auto angle = static_cast<std::int16_t>(10 * j);
         canvas.Line(angle, 0, angle, 100);
-        if (j % angleLabelStep == 0) {
-            canvas.DrawLabel(angle, 0, QString::number(angle));
+        const QString label = QString::number(angle);
+        if (j % angleLabelStep == 0 &&
+            angle + metrics.horizontalAdvance(label) * unitsPerPixel <= unitAt) {
+            canvas.DrawLabel(angle, 0, label);
         }
     }
     canvas.DrawLabel(-5, 0, QStringLiteral("O"));
-    canvas.DrawLabel(370, 0, QStringLiteral("deg"));
+    canvas.DrawLabel(unitAt, 0, unit);
     canvas.DrawLabel(0, 110, QStringLiteral("%VDD"));
 
     for (const ShownPart& shown : parts) {

@@ -2,7 +2,6 @@
 
 #include <QDateTime>
 #include <QStringList>
-#include <QTextStream>
 #include <charconv>
 
 #include "core/DeviceError.h"
@@ -28,17 +27,27 @@ QString SolverValueText(const SolverValue& value) {
         value);
 }
 
+QString DeviceCallText(const DeviceCall& call) {
+    const QString head = call.operation + u'(' + call.arguments.join(QStringLiteral(", ")) + u')';
+    if (call.threw) {
+        return head + QStringLiteral(" !! ") + call.outcome;
+    }
+    return call.outcome.isEmpty() ? head : head + QStringLiteral(" -> ") + call.outcome;
+}
+
+QString DeviceLogLine(const DeviceCall& call) {
+    return call.at.toString(Qt::ISODateWithMs) + u' ' + DeviceCallText(call);
+}
+
 DeviceLog::DeviceLog(const QString& path) : m_file(path) {
     m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
 }
 
-void DeviceLog::write(const QString& line) {
+void DeviceLog::write(const DeviceCall& call) {
     if (!m_file.isOpen()) {
         return;
     }
-    const QString stamped =
-        QDateTime::currentDateTime().toString(Qt::ISODateWithMs) + u' ' + line + u'\n';
-    m_file.write(stamped.toUtf8());
+    m_file.write((DeviceLogLine(call) + u'\n').toUtf8());
     m_file.flush();
 }
 
@@ -48,151 +57,174 @@ QString num(double v) {
     return QString::number(v, 'g', 9);
 }
 
-// Runs one call of the wrapped object and logs it, also when it throws.
-template <typename Call, typename Outs>
-void logged(DeviceLog& log, const QString& head, Call&& call, Outs&& outs) {
+QString dec(std::int64_t v) {
+    return QString::number(v);
+}
+
+QString hex(std::int32_t v) {
+    return QString::number(static_cast<std::uint32_t>(v), 16).toUpper();
+}
+
+QString none() {
+    return {};
+}
+
+// Runs one call of the wrapped object and hands it to the sink, also when it throws. The
+// arguments and out-values are only described while the sink listens.
+template <typename Args, typename Call, typename Outs>
+void logged(DeviceTrafficSink& sink, const char* op, Args&& args, Call&& call, Outs&& outs) {
+    if (!sink.listening()) {
+        call();
+        return;
+    }
+    DeviceCall record{{}, QString::fromLatin1(op), args(), {}, false};
     try {
         call();
     } catch (const DeviceError& e) {
-        log.write(head + QStringLiteral(" !! ") + e.description());
+        record.at = QDateTime::currentDateTime();
+        record.outcome = e.description();
+        record.threw = true;
+        sink.write(record);
         throw;
     }
-    const QString o = outs();
-    log.write(o.isEmpty() ? head : head + QStringLiteral(" -> ") + o);
+    record.at = QDateTime::currentDateTime();
+    record.outcome = outs();
+    sink.write(record);
 }
 
-QString call(const char* op, const QStringList& args) {
-    return QString::fromLatin1(op) + u'(' + args.join(QStringLiteral(", ")) + u')';
+using Sink = std::shared_ptr<DeviceTrafficSink>;
+
+QString outFailed(std::int32_t failed) {
+    return QStringLiteral("failed=") + dec(failed);
 }
 
 class LoggingMemory : public MemoryAccess {
   public:
-    LoggingMemory(std::shared_ptr<MemoryAccess> inner, std::shared_ptr<DeviceLog> log)
-        : m_inner(std::move(inner)), m_log(std::move(log)) {}
+    LoggingMemory(std::shared_ptr<MemoryAccess> inner, Sink sink)
+        : m_inner(std::move(inner)), m_sink(std::move(sink)) {}
 
     void WriteMemory(std::int16_t part, std::int32_t address, std::int32_t data) override {
         logged(
-            *m_log,
-            call("WriteMemory", {QString::number(part),
-                                 QString::number(static_cast<std::uint32_t>(address), 16).toUpper(),
-                                 QString::number(static_cast<std::uint32_t>(data), 16).toUpper()}),
-            [&] { m_inner->WriteMemory(part, address, data); }, [] { return QString(); });
+            *m_sink, "WriteMemory",
+            [&] {
+                return QStringList{dec(part), hex(address), hex(data)};
+            },
+            [&] { m_inner->WriteMemory(part, address, data); }, none);
     }
     void ReadMemory(std::int16_t part, std::int32_t address, std::int32_t& data) override {
         logged(
-            *m_log,
-            call("ReadMemory",
-                 {QString::number(part),
-                  QString::number(static_cast<std::uint32_t>(address), 16).toUpper()}),
-            [&] { m_inner->ReadMemory(part, address, data); },
+            *m_sink, "ReadMemory",
             [&] {
-                return QStringLiteral("data=") +
-                       QString::number(static_cast<std::uint32_t>(data), 16).toUpper();
-            });
+                return QStringList{dec(part), hex(address)};
+            },
+            [&] { m_inner->ReadMemory(part, address, data); },
+            [&] { return QStringLiteral("data=") + hex(data); });
     }
     void SetSolverParameter(std::int16_t part, std::int16_t id, const SolverValue& value,
                             std::int16_t mode, std::int32_t& failed) override {
         logged(
-            *m_log,
-            call("SetSolverParameter", {QString::number(part), QString::number(id),
-                                        SolverValueText(value), QString::number(mode)}),
+            *m_sink, "SetSolverParameter",
+            [&] {
+                return QStringList{dec(part), dec(id), SolverValueText(value), dec(mode)};
+            },
             [&] { m_inner->SetSolverParameter(part, id, value, mode, failed); },
-            [&] { return QStringLiteral("failed=") + QString::number(failed); });
+            [&] { return outFailed(failed); });
     }
 
   private:
     std::shared_ptr<MemoryAccess> m_inner;
-    std::shared_ptr<DeviceLog> m_log;
+    Sink m_sink;
 };
 
 class LoggingSolver : public SolverAccess {
   public:
-    LoggingSolver(std::shared_ptr<SolverAccess> inner, std::shared_ptr<DeviceLog> log)
-        : m_inner(std::move(inner)), m_log(std::move(log)) {}
+    LoggingSolver(std::shared_ptr<SolverAccess> inner, Sink sink)
+        : m_inner(std::move(inner)), m_sink(std::move(sink)) {}
 
     void CommLock(std::int16_t part, std::int32_t& failed) override {
         logged(
-            *m_log, call("CommLock", {QString::number(part)}),
-            [&] { m_inner->CommLock(part, failed); },
-            [&] { return QStringLiteral("failed=") + QString::number(failed); });
+            *m_sink, "CommLock", [&] { return QStringList{dec(part)}; },
+            [&] { m_inner->CommLock(part, failed); }, [&] { return outFailed(failed); });
     }
     void WriteBufferToDevice(std::int16_t part, std::int32_t& code) override {
         logged(
-            *m_log, call("WriteBufferToDevice", {QString::number(part)}),
+            *m_sink, "WriteBufferToDevice", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->WriteBufferToDevice(part, code); },
-            [&] { return QStringLiteral("code=") + QString::number(code); });
+            [&] { return QStringLiteral("code=") + dec(code); });
     }
     void ClearSolverSettings(std::int16_t part, std::int32_t& failed) override {
         logged(
-            *m_log, call("ClearSolverSettings", {QString::number(part)}),
-            [&] { m_inner->ClearSolverSettings(part, failed); },
-            [&] { return QStringLiteral("failed=") + QString::number(failed); });
+            *m_sink, "ClearSolverSettings", [&] { return QStringList{dec(part)}; },
+            [&] { m_inner->ClearSolverSettings(part, failed); }, [&] { return outFailed(failed); });
     }
 
   private:
     std::shared_ptr<SolverAccess> m_inner;
-    std::shared_ptr<DeviceLog> m_log;
+    Sink m_sink;
 };
 
 class LoggingDevice : public QZ7734Device {
   public:
-    LoggingDevice(std::shared_ptr<QZ7734Device> inner, std::shared_ptr<DeviceLog> log)
-        : m_inner(std::move(inner)), m_log(std::move(log)) {}
+    LoggingDevice(std::shared_ptr<QZ7734Device> inner, Sink sink)
+        : m_inner(std::move(inner)), m_sink(std::move(sink)) {}
 
     void OpenChannel(const QVariant& port, std::int32_t& failed) override {
         logged(
-            *m_log, call("OpenChannel", {port.toString()}),
+            *m_sink, "OpenChannel", [&] { return QStringList{port.toString()}; },
             [&] { m_inner->OpenChannel(port, failed); }, [&] { return outFailed(failed); });
     }
     void CloseChannel(std::int32_t channel) override {
         logged(
-            *m_log, call("CloseChannel", {QString::number(channel)}),
-            [&] { m_inner->CloseChannel(channel); }, [] { return QString(); });
+            *m_sink, "CloseChannel", [&] { return QStringList{dec(channel)}; },
+            [&] { m_inner->CloseChannel(channel); }, none);
     }
     void ProgramEEPROM(std::int16_t part, std::int32_t& failed) override {
         logged(
-            *m_log, call("ProgramEEPROM", {QString::number(part)}),
+            *m_sink, "ProgramEEPROM", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->ProgramEEPROM(part, failed); }, [&] { return outFailed(failed); });
     }
     void MeasureOutput(std::int16_t part, std::int16_t one, float& value) override {
         logged(
-            *m_log, call("MeasureOutput", {QString::number(part), QString::number(one)}),
+            *m_sink, "MeasureOutput",
+            [&] {
+                return QStringList{dec(part), dec(one)};
+            },
             [&] { m_inner->MeasureOutput(part, one, value); },
             [&] { return QStringLiteral("value=") + num(value); });
     }
     void MeasureVDD(std::int16_t part, float& vdd) override {
         logged(
-            *m_log, call("MeasureVDD", {QString::number(part)}),
+            *m_sink, "MeasureVDD", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->MeasureVDD(part, vdd); },
             [&] { return QStringLiteral("vdd=") + num(vdd); });
     }
     void GetMemoryAccess(std::shared_ptr<MemoryAccess>& object) override {
         logged(
-            *m_log, call("GetMemoryAccess", {}), [&] { m_inner->GetMemoryAccess(object); },
-            [] { return QString(); });
+            *m_sink, "GetMemoryAccess", [] { return QStringList(); },
+            [&] { m_inner->GetMemoryAccess(object); }, none);
         if (object) {
-            object = std::make_shared<LoggingMemory>(object, m_log);
+            object = std::make_shared<LoggingMemory>(object, m_sink);
         }
     }
     void ReadAngle(std::int16_t part, float& angle) override {
         logged(
-            *m_log, call("ReadAngle", {QString::number(part)}),
+            *m_sink, "ReadAngle", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->ReadAngle(part, angle); },
             [&] { return QStringLiteral("angle=") + num(angle); });
     }
     void GetSolverAccess(std::shared_ptr<SolverAccess>& object) override {
         logged(
-            *m_log, call("GetSolverAccess", {}), [&] { m_inner->GetSolverAccess(object); },
-            [] { return QString(); });
+            *m_sink, "GetSolverAccess", [] { return QStringList(); },
+            [&] { m_inner->GetSolverAccess(object); }, none);
         if (object) {
-            object = std::make_shared<LoggingSolver>(object, m_log);
+            object = std::make_shared<LoggingSolver>(object, m_sink);
         }
     }
     void EnterOWIMode(std::int16_t part, std::int32_t& result) override {
         logged(
-            *m_log, call("EnterOWIMode", {QString::number(part)}),
+            *m_sink, "EnterOWIMode", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->EnterOWIMode(part, result); },
-            [&] { return QStringLiteral("result=") + QString::number(result); });
+            [&] { return QStringLiteral("result=") + dec(result); });
     }
     void ExitOWIMode(std::int16_t part, std::int32_t& status) override {
         simple("ExitOWIMode", part, status, &QZ7734Device::ExitOWIMode);
@@ -212,17 +244,17 @@ class LoggingDevice : public QZ7734Device {
     void GetDACCalibration(std::int16_t part, float& k0, float& b0, float& k1, float& b1,
                            std::int32_t& status) override {
         logged(
-            *m_log, call("GetDACCalibration", {QString::number(part)}),
+            *m_sink, "GetDACCalibration", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->GetDACCalibration(part, k0, b0, k1, b1, status); },
             [&] {
                 return QStringLiteral("K0=%1 B0=%2 K1=%3 B1=%4 status=%5")
-                    .arg(num(k0), num(b0), num(k1), num(b1), QString::number(status));
+                    .arg(num(k0), num(b0), num(k1), num(b1), dec(status));
             });
     }
     void GetHardwareVersion(std::int32_t& major, std::int32_t& minor, std::int32_t& build,
                             std::int32_t& failed) override {
         logged(
-            *m_log, call("GetHardwareVersion", {}),
+            *m_sink, "GetHardwareVersion", [] { return QStringList(); },
             [&] { m_inner->GetHardwareVersion(major, minor, build, failed); },
             [&] {
                 return QStringLiteral("version=%1.%2.%3 failed=%4")
@@ -235,36 +267,35 @@ class LoggingDevice : public QZ7734Device {
     void SetOutputMode(std::int16_t part, std::int16_t outputMode, std::int16_t pwmFrequency,
                        std::int16_t pwmPolarity, std::int32_t& failed) override {
         logged(
-            *m_log,
-            call("SetOutputMode", {QString::number(part), QString::number(outputMode),
-                                   QString::number(pwmFrequency), QString::number(pwmPolarity)}),
+            *m_sink, "SetOutputMode",
+            [&] {
+                return QStringList{dec(part), dec(outputMode), dec(pwmFrequency), dec(pwmPolarity)};
+            },
             [&] { m_inner->SetOutputMode(part, outputMode, pwmFrequency, pwmPolarity, failed); },
             [&] { return outFailed(failed); });
     }
 
   private:
-    static QString outFailed(std::int32_t failed) {
-        return QStringLiteral("failed=") + QString::number(failed);
-    }
     void simple(const char* op, std::int16_t part, std::int32_t& status,
                 void (QZ7734Device::*method)(std::int16_t, std::int32_t&)) {
         logged(
-            *m_log, call(op, {QString::number(part)}), [&] { ((*m_inner).*method)(part, status); },
-            [&] { return QStringLiteral("status=") + QString::number(status); });
+            *m_sink, op, [&] { return QStringList{dec(part)}; },
+            [&] { ((*m_inner).*method)(part, status); },
+            [&] { return QStringLiteral("status=") + dec(status); });
     }
 
     std::shared_ptr<QZ7734Device> m_inner;
-    std::shared_ptr<DeviceLog> m_log;
+    Sink m_sink;
 };
 
 }  // namespace
 
 std::shared_ptr<QZ7734Device> WrapWithLog(std::shared_ptr<QZ7734Device> device,
-                                          std::shared_ptr<DeviceLog> log) {
-    if (!device || !log) {
+                                          std::shared_ptr<DeviceTrafficSink> sink) {
+    if (!device || !sink) {
         return device;
     }
-    return std::make_shared<LoggingDevice>(std::move(device), std::move(log));
+    return std::make_shared<LoggingDevice>(std::move(device), std::move(sink));
 }
 
 }  // namespace rk31

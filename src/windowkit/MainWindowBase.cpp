@@ -15,6 +15,7 @@
 #include <QVBoxLayout>
 
 #include "core/AppTitle.h"
+#include "core/DeviceBench.h"
 #include "core/DeviceError.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
@@ -145,8 +146,36 @@ QWidget* MainWindowBase::noticeBar() {
         m_notice->setObjectName(QStringLiteral("notice"));
         m_notice->setTextInteractionFlags(Qt::TextSelectableByMouse);
         layout->addWidget(m_notice, 1);
+        if (InstalledDeviceBench() != nullptr) {
+            addBadge(simulatedProgrammerBadge());
+        }
     }
     return m_noticeBar;
+}
+
+QWidget* MainWindowBase::simulatedProgrammerBadge() {
+    auto* badge = new QPushButton(QStringLiteral("Simulated programmer"), m_noticeBar);
+    badge->setObjectName(QStringLiteral("simulatedProgrammer"));
+    badge->setAutoDefault(false);
+    badge->setCursor(Qt::PointingHandCursor);
+    badge->setToolTip(
+        QStringLiteral("No programmer box is attached: the chip is simulated. Click to open the "
+                       "bench (magnet, dies, faults, device traffic)."));
+    // A sign rather than a command, so coloured apart from the window's own buttons; a palette
+    // and not a style sheet, which would bring a style engine into every start-up.
+    QPalette colours = badge->palette();
+    colours.setColor(QPalette::Button, QColor(0xff, 0xf0, 0xb8));
+    colours.setColor(QPalette::ButtonText, QColor(0x5c, 0x44, 0x00));
+    badge->setPalette(colours);
+    // No taller than the notice beside it: the strip keeps its height, the window its size.
+    badge->setFixedHeight(m_notice->sizeHint().height());
+    badge->setMinimumWidth(badge->sizeHint().width() + badge->fontMetrics().averageCharWidth() * 2);
+    connect(badge, &QPushButton::clicked, this, [this] {
+        if (DeviceBench* bench = InstalledDeviceBench()) {
+            bench->open(this);
+        }
+    });
+    return badge;
 }
 
 void MainWindowBase::showNotice(const QString& text) {

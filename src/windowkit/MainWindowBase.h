@@ -85,6 +85,9 @@ class MainWindowBase : public QWidget, public WindowUi {
     void showEvent(QShowEvent* event) override;
 
   private:
+    // While the simulated programmer is the device: says so, and opens its bench.
+    QWidget* simulatedProgrammerBadge();
+
     QScrollArea* m_scroll = nullptr;
     QWidget* m_content = nullptr;
     bool m_sizedForScreen = false;

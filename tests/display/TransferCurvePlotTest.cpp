@@ -1,5 +1,6 @@
 #include <QImage>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QtTest>
 
 #include "display/TransferCurvePlot.h"
@@ -129,6 +130,22 @@ class TransferCurvePlotTest : public QObject {
                          Qt::NoButton, Qt::NoModifier);
         QApplication::sendEvent(&plot, &away);
         QVERIFY(plot.hoverText().isEmpty());
+    }
+
+    void labelsStayInsideTheRightEdge() {
+        // "deg" moves in from 370 on a narrow plot (the bench's small plots) rather than run off
+        // the edge, and the angle labels give way to it.
+        for (const QSize size : {QSize(220, 140), QSize(420, 280), QSize(800, 420)}) {
+            QImage image(size, QImage::Format_RGB32);
+            QPainter painter(&image);
+            PaintTransferCurves(painter, size, {}, 0, CurveTables{}, RoundedImages{});
+            painter.end();
+            // The grid stops well before the edge: any grey in the last column is a cut label.
+            for (int y = 0; y < size.height(); ++y) {
+                QVERIFY2(image.pixelColor(size.width() - 1, y).lightness() > 230,
+                         qPrintable(QStringLiteral("%1 px wide, row %2").arg(size.width()).arg(y)));
+            }
+        }
     }
 
     void pointsAreMarkedWithCircles() {

@@ -87,5 +87,46 @@ TEST(SimConfig, EnvironmentGoesOverTheProgramsLatency) {
     EXPECT_EQ(sim.ports->open(5), 0);
 }
 
+TEST(SimConfig, WrittenTextReadsBackAsTheSameSettings) {
+    SimConfig everything;
+    everything.angle = 0.1 + 0.2;  // no short decimal
+    everything.rotate = -12.5;
+    everything.latencyMs = 0;
+    everything.vdd = 4.8f;
+    everything.programmerPort = 16;
+    everything.writeBufferCode = -3;
+    everything.dacStatus = 6;
+    everything.versionFail = true;
+    everything.channelFail = true;
+    everything.outputOverride = 0.1f;
+    unsigned mask = 0;
+    for (const PartsSetting& s : PartsSettings()) {
+        everything.*s.mask = mask++ % 4;  // 0, 1, 2 and both
+    }
+    SimConfig fixedZero;
+    fixedZero.outputOverride = 0.0f;
+    // The program starts the simulator over a latency of 30 ms: the text must not lean on it.
+    SimConfig programBase;
+    programBase.latencyMs = 30;
+    for (const SimConfig& config : {SimConfig{}, everything, fixedZero}) {
+        const QString text = WriteSimConfig(config);
+        QStringList errors;
+        EXPECT_EQ(ParseSimConfig(text, &errors), config) << text.toStdString();
+        EXPECT_TRUE(errors.isEmpty()) << errors.join(u'\n').toStdString();
+        EXPECT_EQ(ParseSimConfig(text, nullptr, programBase), config) << text.toStdString();
+    }
+}
+
+TEST(SimConfig, WritesWhatDiffersFromTheDefaults) {
+    SimConfig config;
+    config.angle = 40;
+    config.latencyMs = 30;
+    config.locked = kBothParts;
+    config.eepromFail = kPart2;
+    config.versionFail = true;
+    EXPECT_EQ(WriteSimConfig(config).toStdString(),
+              "angle=40;latency=30;locked=both;eeprom_fail=2;version_fail=1");
+}
+
 }  // namespace
 }  // namespace rk31::sim

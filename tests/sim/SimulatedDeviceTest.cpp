@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <map>
+#include <string>
+#include <tuple>
 #include <vector>
 
 #include "core/DeviceError.h"
@@ -170,6 +174,66 @@ TEST(SimulatedBox, MagnetAngleStaysInRange) {
     EXPECT_EQ(box.magnetAngle(), 330);
     box.setMagnetAngle(359.0, -1e7);
     EXPECT_TRUE(box.magnetAngle() >= 0.0 && box.magnetAngle() < 360.0) << box.magnetAngle();
+}
+
+TEST(SimulatedBox, PartSettingsSwitchedLiveActOnThatDieAtTheNextCall) {
+    using Probe = std::function<bool(Bench&, std::int16_t)>;
+    const auto inOwi = [](Probe probe) {
+        return [probe](Bench& b, std::int16_t part) {
+            b.enterOwi(part);
+            return probe(b, part);
+        };
+    };
+    // Whether the call the setting is about fails for a part.
+    const std::map<std::string, Probe> fails = {
+        {"locked", [](Bench& b, std::int16_t part) { return b.enterOwi(part) == 1; }},
+        {"no_supply", [](Bench& b, std::int16_t part) { return b.vdd(part) < -100; }},
+        {"id_error", inOwi([](Bench& b, std::int16_t part) { return b.read(part, 0x48) == 511; })},
+        {"eeprom_fail", inOwi([](Bench& b, std::int16_t part) {
+             std::int32_t failed = 0;
+             b.device->ProgramEEPROM(part, failed);
+             return failed == 1;
+         })},
+        {"clear_fail", inOwi([](Bench& b, std::int16_t part) {
+             return b.solve(&SolverAccess::ClearSolverSettings, part) == 1;
+         })},
+        {"commlock_fail", inOwi([](Bench& b, std::int16_t part) {
+             return b.solve(&SolverAccess::CommLock, part) == 1;
+         })},
+    };
+    ASSERT_EQ(fails.size(), PartsSettings().size());
+    for (const PartsSetting& setting : PartsSettings()) {
+        const Probe& probe = fails.at(setting.key);
+        for (std::int16_t part = 0; part < 2; ++part) {
+            Bench b;
+            b.device->PowerOnChip(0, b.out);
+            b.device->PowerOnChip(1, b.out);
+            const auto other = static_cast<std::int16_t>(1 - part);
+            b.box->setPartSetting(setting, part, true);
+            EXPECT_TRUE(b.box->partSetting(setting, part)) << setting.key;
+            EXPECT_TRUE(probe(b, part)) << setting.key << " on Part#" << part + 1;
+            EXPECT_FALSE(probe(b, other)) << setting.key << " reaches Part#" << other + 1;
+            b.box->setPartSetting(setting, part, false);
+            EXPECT_FALSE(probe(b, part)) << setting.key << " off again, Part#" << part + 1;
+        }
+    }
+}
+
+TEST(SimulatedBox, SettingsStartABoxAsThisOneIsNow) {
+    Bench b;
+    b.box->setMagnetAngle(123.456, 0);
+    b.device->PowerOnChip(1, b.out);
+    b.enterOwi(1);
+    ASSERT_EQ(b.solve(&SolverAccess::CommLock, 1), 0);
+    const SimConfig now = b.box->settings();
+    EXPECT_EQ(now.angle, 123.46);
+    EXPECT_EQ(now.locked, kPart2) << "a die locked by CommLock stays locked";
+    const SimulatedBox started(now);
+    EXPECT_EQ(std::tuple(started.dies[0].locked, started.dies[1].locked), std::tuple(false, true));
+
+    b.box->setMagnetAngle(359.999, -4);
+    EXPECT_EQ(b.box->settings().angle, 0) << "rounded up to 360, which is 0";
+    EXPECT_EQ(b.box->settings().rotate, -4);
 }
 
 }  // namespace

@@ -12,9 +12,11 @@
 
 #include "chipsession/ChipStateMachine.h"
 #include "chipsession/SessionControls.h"
+#include "core/DeviceError.h"
 #include "core/Services.h"
 #include "display/RealTimeDisplayBar.h"
 #include "display/frmLinearGraph.h"
+#include "link/DeviceFactory.h"
 #include "link/widgets/frmComport.h"
 #include "mainwindows/MainForm2Parts.h"
 #include "params/FieldValidation.h"
@@ -26,6 +28,7 @@
 #include "shell/widgets/confirm.h"
 #include "shell/widgets/waitform.h"
 #include "sim/SimulatedBox.h"
+#include "sim/bench/ProgrammerBench.h"
 
 namespace rk31::screenshot {
 
@@ -193,6 +196,71 @@ Scene pointScene(const char* name, Stage stage) {
             }};
 }
 
+// How far a bench scene goes: as it opens, both dies powered with a characteristic in their
+// EEPROM, or faults switched on and the traffic of a session with them.
+enum class BenchStage { Fresh, Programmed, Faults };
+
+// Burns a two-point characteristic into a die over the device interface and leaves it in ADC
+// mode: point A (angle, level), point B, DP.
+void programDie(QZ7734Device& device, std::int16_t part, std::array<float, 5> values) {
+    std::int32_t out = 0;
+    device.PowerOnChip(part, out);
+    device.EnterOWIMode(part, out);
+    std::shared_ptr<MemoryAccess> memory;
+    device.GetMemoryAccess(memory);
+    const auto [angleA, levelA, angleB, levelB, dp] = values;
+    const std::pair<std::int16_t, float> ids[] = {{1, 5.0f},   {2, 95.0f},   {3, dp},
+                                                  {4, levelA}, {5, levelB},  {8, angleA},
+                                                  {9, angleB}, {10, angleB}, {11, angleB}};
+    for (const auto& [id, value] : ids) {
+        memory->SetSolverParameter(part, id, value, 1, out);
+    }
+    std::shared_ptr<SolverAccess> solver;
+    device.GetSolverAccess(solver);
+    solver->WriteBufferToDevice(part, out);
+    device.ProgramEEPROM(part, out);
+    device.ExitOWIMode(part, out);
+}
+
+std::unique_ptr<QWidget> benchWindow(SceneContext& context, BenchStage stage) {
+    auto bench = std::make_unique<sim::ProgrammerBench>(context.simulation);
+    bench->show();
+    if (stage == BenchStage::Fresh) {
+        return bench;
+    }
+    sim::SimulatedBox& box = *context.simulation.box;
+    const auto device = DeviceFactory::Create(QString::fromLatin1(kDeviceProgId));
+    std::int32_t out = 0;
+    device->OpenChannel(QVariant(1), out);
+    programDie(*device, 0, {40, 10, 200, 90, 300});
+    programDie(*device, 1, {100, 80, 250, 20, 20});
+    box.setMagnetAngle(123.45);
+    if (stage == BenchStage::Faults) {
+        const auto& settings = sim::PartsSettings();
+        box.setPartSetting(settings[3], 1, true);  // eeprom_fail, Part #2
+        box.setPartSetting(settings[2], 0, true);  // id_error, Part #1
+        box.config.versionFail = true;
+        std::int32_t id = 0;
+        std::shared_ptr<MemoryAccess> memory;
+        device->GetMemoryAccess(memory);
+        device->EnterOWIMode(3, out);
+        memory->ReadMemory(0, 0x48, id);
+        memory->ReadMemory(1, 0x48, id);
+        device->ProgramEEPROM(1, out);
+        std::int32_t major = 0;
+        std::int32_t minor = 0;
+        device->GetHardwareVersion(major, minor, id, out);
+        float angle = 0;
+        try {
+            device->ReadAngle(7, angle);
+        } catch (const DeviceError&) {
+        }
+        box.config.latencyMs = 30;
+    }
+    bench->refresh();
+    return bench;
+}
+
 // A refusal as the windows show it.
 std::unique_ptr<QWidget> refusalMessage() {
     auto box =
@@ -244,6 +312,10 @@ const std::vector<Scene>& AllScenes() {
         pointScene<MainForm1PointProgramming>("point6_connected", Stage::Connected),
         pointScene<MainForm1PointProgramming>("point6_programmed", Stage::Programmed),
         {"refusal_message", [](SceneContext&) { return refusalMessage(); }},
+        {"bench_fresh", [](SceneContext& c) { return benchWindow(c, BenchStage::Fresh); }},
+        {"bench_programmed",
+         [](SceneContext& c) { return benchWindow(c, BenchStage::Programmed); }},
+        {"bench_faults", [](SceneContext& c) { return benchWindow(c, BenchStage::Faults); }},
     };
     return scenes;
 }

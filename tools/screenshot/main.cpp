@@ -9,6 +9,7 @@
 #include "core/Prompts.h"
 #include "core/Services.h"
 #include "shell/DeviceSession.h"
+#include "sim/bench/SimulationBench.h"
 
 namespace {
 
@@ -96,6 +97,8 @@ int main(int argc, char** argv) {
         context.simulation = rk31::sim::InstallSimulation({});
         context.dialogScripts.clear();
         rk31::InstallServices({&prompts, &pause, context.simulation.ports.get()});
+        // As in the program: the main windows carry the simulated programmer's badge.
+        const rk31::sim::SimulationBench bench(context.simulation);
         const auto widget = scene.build(context);
         widget->show();
         // Windows open at their natural size, as they do on a desktop.

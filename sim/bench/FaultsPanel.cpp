@@ -1,0 +1,148 @@
+#include "sim/bench/FaultsPanel.h"
+
+#include <QCheckBox>
+#include <QDoubleSpinBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QSignalBlocker>
+#include <QSpinBox>
+
+#include "sim/bench/BenchControls.h"
+
+namespace rk31::sim {
+
+namespace {
+
+// The title a person reads, with the name RK31_SIM knows the setting by.
+QString caption(const char* title, const char* key) {
+    return QStringLiteral("%1 (%2)").arg(QString::fromLatin1(title), QString::fromLatin1(key));
+}
+
+template <typename Control, typename Value>
+void showQuietly(Control* control, Value value) {
+    if (control->value() != value && !control->hasFocus()) {
+        const QSignalBlocker quiet(control);
+        control->setValue(value);
+    }
+}
+
+}  // namespace
+
+FaultsPanel::FaultsPanel(std::shared_ptr<SimulatedBox> box, QWidget* parent)
+    : QGroupBox(QStringLiteral("Faults and settings (RK31_SIM names)"), parent),
+      m_box(std::move(box)) {
+    setObjectName(QStringLiteral("faults"));
+    auto* grid = new QGridLayout(this);
+    grid->setVerticalSpacing(3);
+    int row = 0;
+    addPartSwitches(grid, row);
+    addValues(grid, row);
+    grid->setColumnStretch(0, 1);
+    grid->setRowStretch(row, 1);
+    refresh();
+}
+
+void FaultsPanel::addPartSwitches(QGridLayout* grid, int& row) {
+    for (const PartsSetting& setting : PartsSettings()) {
+        auto* label = new QLabel(caption(setting.title, setting.key), this);
+        grid->addWidget(label, row, 0);
+        for (int part = 0; part < 2; ++part) {
+            auto* box = new QCheckBox(QStringLiteral("#%1").arg(part + 1), this);
+            box->setObjectName(
+                QStringLiteral("%1_%2").arg(QString::fromLatin1(setting.key)).arg(part));
+            box->setAccessibleName(QStringLiteral("%1, Part #%2").arg(label->text()).arg(part + 1));
+            if (part == 0) {
+                label->setBuddy(box);
+            }
+            grid->addWidget(box, row, 1 + part);
+            connect(box, &QCheckBox::toggled, this,
+                    [this, &setting, part](bool on) { m_box->setPartSetting(setting, part, on); });
+            m_refreshers.push_back([this, box, &setting, part] {
+                CheckQuietly(box, m_box->partSetting(setting, part));
+            });
+        }
+        ++row;
+    }
+    for (const FlagSetting& setting : FlagSettings()) {
+        auto* box = new QCheckBox(caption(setting.title, setting.key), this);
+        box->setObjectName(QString::fromLatin1(setting.key));
+        grid->addWidget(box, row++, 0, 1, 3);
+        connect(box, &QCheckBox::toggled, this,
+                [this, &setting](bool on) { m_box->config.*setting.flag = on; });
+        m_refreshers.push_back(
+            [this, box, &setting] { CheckQuietly(box, m_box->config.*setting.flag); });
+    }
+}
+
+void FaultsPanel::addValues(QGridLayout* grid, int& row) {
+    const auto place = [this, grid, &row](const QString& text, QWidget* control) {
+        grid->addWidget(BuddyLabel(text, control, this), row, 0);
+        grid->addWidget(control, row++, 1, 1, 2);
+    };
+    const auto whole = [this, &place](const char* key, const char* title, int low, int high,
+                                      int SimConfig::*field, const QString& suffix = {}) {
+        auto* spin = new QSpinBox(this);
+        spin->setObjectName(QString::fromLatin1(key));
+        spin->setRange(low, high);
+        spin->setSuffix(suffix);
+        place(caption(title, key), spin);
+        connect(spin, &QSpinBox::valueChanged, this,
+                [this, field](int v) { m_box->config.*field = v; });
+        m_refreshers.push_back([this, spin, field] { showQuietly(spin, m_box->config.*field); });
+    };
+    whole("latency", "Latency per call", 0, 5000, &SimConfig::latencyMs, QStringLiteral(" ms"));
+    whole("wbd_code", "WriteBufferToDevice code", -99, 99, &SimConfig::writeBufferCode);
+    whole("dac_status", "DAC calibration status", -32768, 32767, &SimConfig::dacStatus);
+
+    auto* vdd = new QDoubleSpinBox(this);
+    vdd->setObjectName(QStringLiteral("vdd"));
+    vdd->setRange(0, 9.99);
+    vdd->setDecimals(2);
+    vdd->setSingleStep(0.1);
+    vdd->setSuffix(QStringLiteral(" V"));
+    place(caption("Supply voltage", "vdd"), vdd);
+    connect(vdd, &QDoubleSpinBox::valueChanged, this,
+            [this](double v) { m_box->config.vdd = static_cast<float>(v); });
+    m_refreshers.push_back([this, vdd] {
+        if (!vdd->hasFocus() && static_cast<float>(vdd->value()) != m_box->config.vdd) {
+            const QSignalBlocker quiet(vdd);
+            vdd->setValue(m_box->config.vdd);
+        }
+    });
+
+    auto* fixed = new QCheckBox(caption("Fixed output reading", "output"), this);
+    fixed->setObjectName(QStringLiteral("outputFixed"));
+    auto* output = new QDoubleSpinBox(this);
+    output->setObjectName(QStringLiteral("output"));
+    output->setRange(-999, 999);
+    output->setDecimals(2);
+    output->setSuffix(QStringLiteral(" %"));
+    output->setValue(150);
+    output->setAccessibleName(QStringLiteral("Fixed output reading in percent"));
+    grid->addWidget(fixed, row, 0);
+    grid->addWidget(output, row++, 1, 1, 2);
+    const auto applyOutput = [this, fixed, output] {
+        m_box->config.outputOverride =
+            fixed->isChecked() ? std::optional(static_cast<float>(output->value())) : std::nullopt;
+    };
+    connect(fixed, &QCheckBox::toggled, this, applyOutput);
+    connect(fixed, &QCheckBox::toggled, output, &QWidget::setEnabled);
+    connect(output, &QDoubleSpinBox::valueChanged, this, applyOutput);
+    m_refreshers.push_back([this, fixed, output] {
+        const auto& fixedAt = m_box->config.outputOverride;
+        CheckQuietly(fixed, fixedAt.has_value());
+        output->setEnabled(fixedAt.has_value());
+        if (fixedAt && static_cast<float>(output->value()) != *fixedAt && !output->hasFocus()) {
+            const QSignalBlocker quiet(output);
+            output->setValue(*fixedAt);
+        }
+    });
+}
+
+void FaultsPanel::refresh() {
+    for (const auto& bringInLine : m_refreshers) {
+        bringInLine();
+    }
+}
+
+}  // namespace rk31::sim

@@ -1,0 +1,119 @@
+#include "sim/bench/ProgrammerBench.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShowEvent>
+
+#include "sim/bench/BenchControls.h"
+#include "sim/bench/DiePanel.h"
+#include "sim/bench/FaultsPanel.h"
+#include "sim/bench/MagnetPanel.h"
+#include "sim/bench/TrafficPanel.h"
+
+namespace rk31::sim {
+
+ProgrammerBench::ProgrammerBench(Simulation simulation, QWidget* parent)
+    : QWidget(parent, Qt::Window), m_simulation(std::move(simulation)) {
+    setObjectName(QStringLiteral("programmerBench"));
+    setWindowTitle(QStringLiteral("Simulated programmer - bench"));
+    // The program ends with its main window; an open bench does not keep it running.
+    setAttribute(Qt::WA_QuitOnClose, false);
+
+    const auto& box = m_simulation.box;
+    m_magnet = new MagnetPanel(box, this);
+    for (int part = 0; part < 2; ++part) {
+        m_dies[static_cast<std::size_t>(part)] = new DiePanel(box, part, this);
+    }
+    m_faults = new FaultsPanel(box, this);
+    m_traffic = new TrafficPanel(m_simulation.traffic, this);
+
+    // What is set on the left, what happens on the right; small enough to sit beside a main
+    // window on a 1280 x 720 screen, leaving its controls in view.
+    auto* settings = new QVBoxLayout;
+    settings->addWidget(m_magnet);
+    settings->addWidget(m_faults, 1);
+    auto* dies = new QHBoxLayout;
+    dies->addWidget(m_dies[0]);
+    dies->addWidget(m_dies[1]);
+    auto* happenings = new QVBoxLayout;
+    happenings->addLayout(dies);
+    happenings->addWidget(m_traffic, 1);
+    auto* columns = new QHBoxLayout;
+    columns->addLayout(settings);
+    columns->addLayout(happenings, 1);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(columns, 1);
+    layout->addWidget(scenarioBar());
+
+    m_timer.setInterval(kRefreshMs);
+    connect(&m_timer, &QTimer::timeout, this, &ProgrammerBench::refresh);
+    refresh();
+}
+
+QWidget* ProgrammerBench::scenarioBar() {
+    auto* bar = new QWidget(this);
+    m_simText = new QLineEdit(bar);
+    m_simText->setObjectName(QStringLiteral("simText"));
+    m_simText->setReadOnly(true);
+    m_simText->setToolTip(QStringLiteral(
+        "Start the program with this in RK31_SIM to begin where the simulator is now"));
+    auto* label = BuddyLabel(QStringLiteral("Scenario: RK31_SIM="), m_simText, bar);
+    auto* copy = BenchButton(QStringLiteral("&Copy as RK31_SIM"), QStringLiteral("copySim"), bar);
+    connect(copy, &QPushButton::clicked, this, &ProgrammerBench::copySimText);
+    m_copied = new QLabel(bar);
+    m_copied->setObjectName(QStringLiteral("copied"));
+
+    auto* layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(label);
+    layout->addWidget(m_simText, 1);
+    layout->addWidget(copy);
+    layout->addWidget(m_copied);
+    return bar;
+}
+
+void ProgrammerBench::refresh() {
+    m_magnet->refresh();
+    for (DiePanel* die : m_dies) {
+        die->refresh();
+    }
+    m_faults->refresh();
+    m_traffic->refresh();
+    const QString text = simText();
+    if (m_simText->text() != text) {
+        m_simText->setText(text);
+        m_simText->setCursorPosition(0);
+        m_copied->clear();
+    }
+}
+
+QString ProgrammerBench::simText() const {
+    return WriteSimConfig(m_simulation.box->settings());
+}
+
+void ProgrammerBench::copySimText() {
+    QGuiApplication::clipboard()->setText(simText());
+    m_copied->setText(QStringLiteral("copied"));
+}
+
+void ProgrammerBench::showEvent(QShowEvent* event) {
+    m_simulation.traffic->setRecording(true);
+    refresh();
+    m_timer.start();
+    QWidget::showEvent(event);
+}
+
+void ProgrammerBench::hideEvent(QHideEvent* event) {
+    m_timer.stop();
+    // Minimised, the bench still gathers the traffic; closed, it costs nothing.
+    if (!event->spontaneous()) {
+        m_simulation.traffic->setRecording(false);
+    }
+    QWidget::hideEvent(event);
+}
+
+}  // namespace rk31::sim

@@ -10,6 +10,8 @@ class Pause;
 
 // The only place that moves a part between Power Off, ADC mode and OWI mode. It records the
 // wanted state first, whatever the outcome, then drives the device calls in their fixed order.
+// A call that fails as a whole (DeviceError) is passed on, with the recorded state taken back
+// to what the calls before it really reached.
 class ChipStateMachine {
   public:
     ChipStateMachine(DeviceSession& session, Prompts& prompts, Pause& pause)
@@ -23,10 +25,6 @@ class ChipStateMachine {
     void SetConnectionState(std::int32_t value);
 
   private:
-    bool changeOnePart(std::int16_t part, std::int32_t from, std::int32_t to);
-    bool changeBothParts(std::int32_t from, std::int32_t to);
-    void unknownState(std::int32_t to);
-
     DeviceSession& m_session;
     Prompts& m_prompts;
     Pause& m_pause;

@@ -40,12 +40,7 @@ PointProgrammingWindow::PointProgrammingWindow(const PointWindowTraits& traits,
 }
 
 void PointProgrammingWindow::afterDeviceFailure() {
-    // A sequence abandoned because there is no programmer to talk to prepared nothing, so the
-    // next Set point A (or Power On) must be free to try again.
-    const DeviceSession& session = context().session;
-    if (!session.hasDevice() || session.ProgrammerConnected != 1) {
-        context().powered = false;
-    }
+    AfterDeviceFailure(context());
 }
 
 QWidget* PointProgrammingWindow::addCommand(const QString& name, const QString& caption,

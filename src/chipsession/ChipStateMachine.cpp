@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "chipsession/WindowContext.h"
 #include "core/DeviceError.h"
 #include "core/Prompts.h"
 #include "shell/DeviceSession.h"
@@ -13,11 +14,15 @@ namespace {
 // The device calls whose status out-value nobody reads.
 using StatusCall = void (QZ7734Device::*)(std::int16_t, std::int32_t&);
 
-// One device call of a change and the state its part is in once the call has gone through.
+// What a call does to its part, as far as the program can know: the state the part is in
+// after it, from the state before it.
+enum class Effect { PowerOn, PowerOff, EnterAdc, ExitOwi, Settle };
+
+// One device call of a change.
 struct Step {
     StatusCall op;
     std::int16_t part;
-    std::int32_t leaves;
+    Effect effect;
 };
 
 // A change as the device sees it: its calls in order, then perhaps the OWI entry whose answer
@@ -29,25 +34,42 @@ struct Plan {
     bool result = true;              // when there is no EnterOWIMode to ask
 };
 
-// The calls that power a part and leave it in analog mode, leave OWI mode, or cut its supply.
 Step powerOn(std::int16_t part) {
-    return {&QZ7734Device::PowerOnChip, part, AdcMode};
+    return {&QZ7734Device::PowerOnChip, part, Effect::PowerOn};
 }
 Step exitOwi(std::int16_t part) {
-    return {&QZ7734Device::ExitOWIMode, part, AdcMode};
+    return {&QZ7734Device::ExitOWIMode, part, Effect::ExitOwi};
 }
 Step enterAdc(std::int16_t part) {
-    return {&QZ7734Device::EnterADCMode, part, AdcMode};
+    return {&QZ7734Device::EnterADCMode, part, Effect::EnterAdc};
 }
 Step powerOff(std::int16_t part) {
-    return {&QZ7734Device::PowerOffChip, part, PowerOff};
+    return {&QZ7734Device::PowerOffChip, part, Effect::PowerOff};
 }
 // After PowerOffChip these only settle the output path of a part that stays off.
 Step settleAdc(std::int16_t part) {
-    return {&QZ7734Device::EnterADCMode, part, PowerOff};
+    return {&QZ7734Device::EnterADCMode, part, Effect::Settle};
 }
 Step settleChannel(std::int16_t part) {
-    return {&QZ7734Device::SelectOutputChannel, part, PowerOff};
+    return {&QZ7734Device::SelectOutputChannel, part, Effect::Settle};
+}
+
+std::int32_t after(Effect effect, std::int32_t state, bool locked) {
+    switch (effect) {
+        case Effect::PowerOn:
+            return AdcMode;
+        case Effect::PowerOff:
+            return PowerOff;
+        case Effect::EnterAdc:
+            // A part without supply stays off, unless it is locked: a locked part cannot take
+            // the OWI power-up, so the programmer starts it straight into analog mode.
+            return state != PowerOff || locked ? AdcMode : PowerOff;
+        case Effect::ExitOwi:
+            return state == OwiMode ? AdcMode : state;
+        case Effect::Settle:
+            break;
+    }
+    return state;
 }
 
 Plan onePartPlan(std::int16_t part, bool locked, std::int32_t from, std::int32_t to) {
@@ -121,15 +143,15 @@ Plan bothPartsPlan(const std::array<bool, 2>& locked, std::int32_t from, std::in
     return plan;
 }
 
-// Makes the plan's calls. A call that fails as a whole leaves the recorded states at what the
-// calls before it reached, and goes on to the caller.
-bool carryOut(DeviceSession& session, Pause& pause, const Plan& plan,
-              std::array<std::int32_t, 2> reached) {
+// Makes the plan's calls, following in `reached` the state each call leaves its part in. A call
+// that fails as a whole records what the calls before it reached, and goes on to the caller.
+bool carryOut(DeviceSession& session, Pause& pause, const Plan& plan, ChipStates& reached) {
     try {
         for (const Step& step : plan.steps) {
             std::int32_t status = 0;
             (session.device().*step.op)(step.part, status);
-            reached[static_cast<std::size_t>(step.part)] = step.leaves;
+            auto& state = reached[static_cast<std::size_t>(step.part)];
+            state = after(step.effect, state, session.CommLocked[step.part]);
         }
         if (plan.enterOwiPart < 0) {
             return plan.result;
@@ -139,7 +161,13 @@ bool carryOut(DeviceSession& session, Pause& pause, const Plan& plan,
         }
         std::int32_t result = 0;
         session.device().EnterOWIMode(plan.enterOwiPart, result);
-        return result != 1;
+        if (result == 1) {
+            return false;
+        }
+        for (const std::int16_t part : PartsOf(plan.enterOwiPart)) {
+            reached[static_cast<std::size_t>(part)] = OwiMode;
+        }
+        return true;
     } catch (const DeviceError&) {
         session.ChipState = reached;
         throw;
@@ -153,13 +181,18 @@ bool ChipStateMachine::ChipChangeToState(std::int16_t index, std::int32_t from, 
         m_prompts.message(QStringLiteral("Error arguments in ChipChangeToState!"));
         return false;
     }
-    // The wanted state is recorded before any device call, whatever the outcome; only a call
-    // that fails as a whole takes it back to what the calls before it really reached.
-    const auto before = m_session.ChipState;
-    if (index == 2) {
-        m_session.ChipState = {to, to};
-    } else {
-        m_session.ChipState[index] = to;
+    const std::int16_t parts = index == 2 ? kBothParts : index;
+    // Where the parts really are: as recorded, except that a refused change to OWI mode records
+    // OWI mode without reaching it.
+    ChipStates reached = m_session.ChipState;
+    for (const std::int16_t part : PartsOf(parts)) {
+        const auto p = static_cast<std::size_t>(part);
+        if (m_refused[p] && reached[p] == OwiMode) {
+            reached[p] = *m_refused[p];
+        }
+        m_refused[p].reset();
+        // The wanted state is recorded before any device call, whatever the outcome.
+        m_session.ChipState[p] = to;
     }
     if (to != PowerOff && to != AdcMode && to != OwiMode) {
         m_prompts.message(QStringLiteral("Error: There is no such state: ") + QString::number(to));
@@ -167,7 +200,19 @@ bool ChipStateMachine::ChipChangeToState(std::int16_t index, std::int32_t from, 
     }
     const Plan plan = index == 2 ? bothPartsPlan(m_session.CommLocked, from, to)
                                  : onePartPlan(index, m_session.CommLocked[index], from, to);
-    return carryOut(m_session, m_pause, plan, before);
+    const bool result = carryOut(m_session, m_pause, plan, reached);
+    for (const std::int16_t part : PartsOf(parts)) {
+        const auto p = static_cast<std::size_t>(part);
+        if (!result) {
+            // OWI mode stays recorded until the caller's return to ADC mode, which then starts
+            // from where the part really is.
+            m_refused[p] = reached[p];
+        } else if (to == AdcMode && reached[p] == PowerOff) {
+            // Entering ADC mode powers no part by itself: one that was off stays off.
+            m_session.ChipState[p] = PowerOff;
+        }
+    }
+    return result;
 }
 
 void ChipStateMachine::SetConnectionState(std::int32_t value) {

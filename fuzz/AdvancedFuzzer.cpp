@@ -5,33 +5,11 @@
 #include "FuzzSupport.h"
 #include "chipsession/ChipStateMachine.h"
 #include "programming/AdvancedMemory.h"
-#include "shell/DeviceSession.h"
-#include "sim/SimulatedProgrammer.h"
 
 using namespace rk31;
 
-namespace {
-
-struct Bench {
-    Bench() : simulation(sim::InstallSimulation({})) {
-        DeviceSession::instance().resetToFreshProcess();
-        DeviceSession::instance().ConnectProgrammer(1, prompts);
-        DeviceSession::instance().ProgrammerConnected = 1;
-    }
-    fuzz::QuietPrompts prompts;
-    fuzz::NoPause pause;
-    sim::Simulation simulation;
-};
-
-Bench& bench() {
-    static Bench instance;
-    return instance;
-}
-
-}  // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    Bench& b = bench();
+    fuzz::ConnectedBench& b = fuzz::ConnectedBench::get();
     fuzz::Input in(data, size);
     const auto part = static_cast<std::int16_t>(in.take<std::uint8_t>() % 2);
     const bool write = in.take<std::uint8_t>() % 2 != 0;

@@ -5,8 +5,6 @@
 #include "FuzzSupport.h"
 #include "chipsession/WindowContext.h"
 #include "programming/SolverInputs.h"
-#include "shell/DeviceSession.h"
-#include "sim/SimulatedProgrammer.h"
 #include "solver/Curve.h"
 #include "solver/PointSolvers.h"
 #include "support/FakeWindow.h"
@@ -18,21 +16,6 @@ namespace {
 constexpr WindowFamily kFamilies[] = {WindowFamily::TwoPartTwoSupplies,
                                       WindowFamily::TwoPartOneSupply, WindowFamily::OnePartPoint,
                                       WindowFamily::DualPoint};
-
-struct Bench {
-    Bench() : simulation(sim::InstallSimulation({})) {
-        DeviceSession::instance().resetToFreshProcess();
-        DeviceSession::instance().ConnectProgrammer(1, prompts);
-    }
-    fuzz::QuietPrompts prompts;
-    fuzz::NoPause pause;
-    sim::Simulation simulation;
-};
-
-Bench& bench() {
-    static Bench instance;
-    return instance;
-}
 
 void fillParameters(fuzz::Input& in, PartParameters& p) {
     p.DP = in.real();
@@ -97,7 +80,7 @@ void runCurve(fuzz::Input& in, RoundedImages& rounded, fuzz::QuietPrompts& promp
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    Bench& b = bench();
+    fuzz::ConnectedBench& b = fuzz::ConnectedBench::get();
     fuzz::Input in(data, size);
     const WindowFamily family = kFamilies[in.take<std::uint8_t>() % 4];
     test::FakeView view;

@@ -13,22 +13,8 @@ if ((${#targets[@]} == 0)); then
     targets=(fuzz_settings fuzz_numbers fuzz_solvers fuzz_advanced)
 fi
 
-packages=(cmake make clang libclang-rt-14-dev qt6-base-dev)
-missing=()
-for package in "${packages[@]}"; do
-    if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed"; then
-        missing+=("$package")
-    fi
-done
-if ((${#missing[@]} > 0)); then
-    sudo=""
-    if [ "$(id -u)" -ne 0 ]; then
-        sudo=sudo
-    fi
-    echo "Installing: ${missing[*]}"
-    $sudo apt-get update
-    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y --no-install-recommends "${missing[@]}"
-fi
+source scripts/packages.sh
+install_missing cmake make clang libclang-rt-14-dev qt6-base-dev qt6-serialport-dev
 
 cmake --preset fuzz
 cmake --build --preset fuzz -j"$(nproc)"

@@ -15,7 +15,6 @@
 #include "params/FieldValidation.h"
 #include "params/SettingsCommands.h"
 #include "pointwindows/widgets/SensorSketch.h"
-#include "shell/DeviceSession.h"
 
 namespace rk31 {
 

@@ -1,5 +1,7 @@
 // Any bytes as a settings file of each layout; whatever the reader takes from them must come back
-// unchanged through a written file.
+// unchanged through a written file. Unchanged as a file holds it: a value that starts inside a
+// character beyond the 16-bit range begins with half of it, which UTF-8 writes as U+FFFD, so
+// the round trip compares the bytes written each time.
 #include <QByteArray>
 #include <map>
 
@@ -26,25 +28,26 @@ void pointLayoutRoundTrip(const QStringList& lines, const SettingsLayout& layout
     SettingsReadResult first;
     const Values read = readPointFile(lines, layout, first);
     RK31_FUZZ_CHECK(first.error == 0 || (first.line >= 1 && first.line <= int(layout.size())));
-    const QStringList written = WriteSettings(layout, [&](const SettingsLine& line) {
-        const auto it = read.find(static_cast<std::size_t>(&line - layout.data()));
-        return it == read.end() ? SettingsValue{}
-                                : SettingsValue{it->second.first, it->second.second};
-    });
+    const auto write = [&layout](const Values& values) {
+        return BytesOfLines(WriteSettings(layout, [&](const SettingsLine& line) {
+            const auto it = values.find(static_cast<std::size_t>(&line - layout.data()));
+            return it == values.end() ? SettingsValue{}
+                                      : SettingsValue{it->second.first, it->second.second};
+        }));
+    };
+    const QByteArray written = write(read);
     SettingsReadResult second;
-    const Values again = readPointFile(LinesOfBytes(BytesOfLines(written)), layout, second);
+    const Values again = readPointFile(LinesOfBytes(written), layout, second);
     RK31_FUZZ_CHECK(second.error == 0);
-    for (const auto& [index, value] : read) {
-        RK31_FUZZ_CHECK(again.at(index) == value);
-    }
+    RK31_FUZZ_CHECK(write(again) == written);
 }
 
 void twoPartRoundTrip(const QStringList& lines) {
     const TwoPartSettingsRead read = ReadTwoPartSettings(lines, {});
-    const QStringList written = WriteTwoPartSettings(read.values);
-    const TwoPartSettingsRead again = ReadTwoPartSettings(LinesOfBytes(BytesOfLines(written)), {});
+    const QByteArray written = BytesOfLines(WriteTwoPartSettings(read.values));
+    const TwoPartSettingsRead again = ReadTwoPartSettings(LinesOfBytes(written), {});
     RK31_FUZZ_CHECK(again.result.error == 0);
-    RK31_FUZZ_CHECK(again.values == read.values);
+    RK31_FUZZ_CHECK(BytesOfLines(WriteTwoPartSettings(again.values)) == written);
 }
 
 }  // namespace

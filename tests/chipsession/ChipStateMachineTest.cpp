@@ -168,6 +168,21 @@ TEST_F(StateMachineTest, AChipThatRefusesOwiModeGivesFalse) {
     EXPECT_FALSE(machine.ChipChangeToState(2, 1, 2));
 }
 
+// Both parts off, Part#2 known to be locked: the change to OWI mode is refused without a call,
+// and the return to ADC mode that follows starts only the locked part, which the record shows.
+TEST_F(StateMachineTest, ReturnFromARefusedChangeRecordsWhatItPowered) {
+    session.CommLocked = {false, true};
+    simulation.box->dies[1].locked = true;
+    EXPECT_FALSE(machine.ChipChangeToState(2, 0, 2));
+    EXPECT_EQ(session.ChipState, (ChipStates{2, 2}));
+    EXPECT_TRUE(machine.ChipChangeToState(2, 2, 1));
+    EXPECT_EQ(trace(), QStringList({"ExitOWIMode(0)", "ExitOWIMode(1)", "EnterADCMode(0)",
+                                    "EnterADCMode(1)"}));
+    EXPECT_EQ(session.ChipState, (ChipStates{0, 1}));
+    EXPECT_FALSE(simulation.box->dies[0].powered);
+    EXPECT_TRUE(simulation.box->dies[1].inAdc());
+}
+
 TEST_F(StateMachineTest, WrongArgumentsAndUnknownStates) {
     EXPECT_FALSE(machine.ChipChangeToState(3, 0, 1));
     EXPECT_TRUE(machine.ChipChangeToState(0, 0, 5));

@@ -105,6 +105,9 @@ const Command kCommands[] = {
      [](Window win, Bench&) { click(win.w, "PowerOn", win.session()); }},
     {"New Device", kTwoPart, Start::Powered,
      [](Window win, Bench&) { click(win.w, "newdevice", win.session()); }},
+    // New Device is usable before Power On: it reaches OWI mode on its own.
+    {"New Device unpowered", kTwoPart, Start::Connected,
+     [](Window win, Bench&) { click(win.w, "newdevice", win.session()); }},
     {"Comm Lock", kTwoPart, Start::Powered,
      [](Window win, Bench& b) {
          scriptDialogClick(b.prompts, "yes");
@@ -153,6 +156,7 @@ const Told kTold[] = {
     // clang-format off
     {"locked", 0b0111100, "Get DP", {kRefused, "Error: Not in OWI mode"}},
     {"locked", 0b0000011, "New Device", {kRefused, "Error: Not in OWI Mode!"}},
+    {"locked", 0b0000011, "New Device unpowered", {kRefused, "Error: Not in OWI Mode!"}},
     {"locked", 0b0000001, "Power Off", {kRefused, "Read Error! Please Check chip connections!", "OWI communication is locked: F6", kReset}},
     {"locked", 0b0000010, "Power Off", {kRefused, "OWI communication is locked: F6", kReset}},
     {"locked", 0b0100001, "Power On", {kRefused, "Read Error! Please Check chip connections!", "OWI communication is locked: F6", kReset}},
@@ -162,6 +166,7 @@ const Told kTold[] = {
     {"locked", 0b1001100, "Set point B", {kRefused, "Error: Not in OWI mode"}},
     {"locked both", 0b0111100, "Get DP", {kRefused, "Error: Not in OWI mode"}},
     {"locked both", 0b0000011, "New Device", {kRefused, "Error: Not in OWI Mode!"}},
+    {"locked both", 0b0000011, "New Device unpowered", {kRefused, "Error: Not in OWI Mode!"}},
     {"locked both", 0b0000001, "Power Off", {kRefused, "OWI communication is locked: F5", "OWI communication is locked: F6", kReset}},
     {"locked both", 0b0000010, "Power Off", {kRefused, "OWI communication is locked: F6", kReset}},
     {"locked both", 0b0100001, "Power On", {kRefused, "OWI communication is locked: F5", "OWI communication is locked: F6", kReset}},
@@ -175,12 +180,15 @@ const Told kTold[] = {
     {"id error", 0b1001100, "Set point A", {"Read Error! Please Check chip connections!", kReset}},
     {"id error", 0b1001100, "Set point B", {"Error: Not in OWI mode"}},
     {"EEPROM", 0b0000011, "New Device", {"Failed in programming device"}},
+    {"EEPROM", 0b0000011, "New Device unpowered", {"Failed in programming device"}},
     {"EEPROM", 0b0110000, "Power On", {"Failed in programming device"}},
     {"EEPROM", 0b0000011, "Program", {"Failed in programming device"}},
     {"EEPROM", 0b1001100, "Set point A", {"Failed in programming device"}},
     {"EEPROM", 0b1111100, "Set point B", {"Failed in programming device"}},
     {"clear", 0b0000001, "New Device", {"Error in ClearSolverSettings"}},
     {"clear", 0b0000010, "New Device", {"Errors in ClearSolverSettings!"}},
+    {"clear", 0b0000001, "New Device unpowered", {"Error in ClearSolverSettings"}},
+    {"clear", 0b0000010, "New Device unpowered", {"Errors in ClearSolverSettings!"}},
     {"clear", 0b0110000, "Power On", {"Errors in ClearSolverSettings!"}},
     {"clear", 0b1001100, "Set point A", {"Errors in ClearSolverSettings!"}},
     {"comm lock", 0b0000001, "Comm Lock", {"Errors in Commlock"}},
@@ -190,6 +198,7 @@ const Told kTold[] = {
     {"write buffer 4", 0b0000011, "Program", {"Die2: Clamp High <= Clamp Low!"}},
     {"write buffer 4", 0b1111100, "Set point B", {"Die2: Clamp High <= Clamp Low!"}},
     {"DAC status", 0b0000011, "New Device", {"Offset Parameters of Part#2 are invalid! K1: 0.277615 B1: -0.0087"}},
+    {"DAC status", 0b0000011, "New Device unpowered", {"Offset Parameters of Part#2 are invalid! K1: 0.277615 B1: -0.0087"}},
     {"DAC status", 0b0110000, "Power On", {"Offset Parameters of Part#2 are invalid! K1: 0.277615 B1: -0.0087"}},
     {"DAC status", 0b1001100, "Set point A", {"Offset Parameters of Part#2 are invalid! K1: 0.277615 B1: -0.0087"}},
     {"version", 0b1111111, "About", {"Cannot Read Programmer Version!"}},
@@ -198,6 +207,7 @@ const Told kTold[] = {
     {"channel", 0b0111100, "Get DP", {kNotConnected}},
     {"channel", 0b0000011, "Linear Graph", {kNotConnected}},
     {"channel", 0b0000011, "New Device", {kNotConnected}},
+    {"channel", 0b0000011, "New Device unpowered", {kNotConnected}},
     {"channel", 0b0000011, "Power Off", {kNotConnected}},
     {"channel", 0b0110011, "Power On", {kNotConnected}},
     {"channel", 0b1001100, "Set point A", {kNotConnected}},
@@ -206,6 +216,7 @@ const Told kTold[] = {
     {"no programmer on the port", 0b0111100, "Get DP", {kNotConnected}},
     {"no programmer on the port", 0b0000011, "Linear Graph", {kNotConnected}},
     {"no programmer on the port", 0b0000011, "New Device", {kNotConnected}},
+    {"no programmer on the port", 0b0000011, "New Device unpowered", {kNotConnected}},
     {"no programmer on the port", 0b0000011, "Power Off", {kNotConnected}},
     {"no programmer on the port", 0b0110011, "Power On", {kNotConnected}},
     {"no programmer on the port", 0b1001100, "Set point A", {kNotConnected}},
@@ -279,7 +290,8 @@ QStringList disagreements(Window win, Bench& b) {
             if (usable(win.w, "DP", p) != active) {
                 found << QStringLiteral("Part#%1 DP usable").arg(p + 1);
             }
-            if (usable(win.w, "btnreadangle", p) != (active && !b.box().dies[p].locked)) {
+            // A lock counts once the window has read it from the chip's identification word.
+            if (usable(win.w, "btnreadangle", p) != (active && !s.CommLocked[p])) {
                 found << QStringLiteral("Part#%1 Read Angle usable").arg(p + 1);
             }
         }

@@ -4,14 +4,8 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-need=()
-for tool in xvfb:Xvfb xdotool:xdotool dpkg-dev:dpkg-shlibdeps; do
-    command -v "${tool#*:}" >/dev/null || need+=("${tool%%:*}")
-done
-if ((${#need[@]} > 0)); then
-    apt-get update
-    DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${need[@]}"
-fi
+source scripts/packages.sh
+install_missing xvfb xdotool dpkg-dev
 
 (cd build && rm -f rk31gui_*.deb && cpack -G DEB)
 package=$(ls build/rk31gui_*.deb)

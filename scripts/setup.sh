@@ -5,23 +5,9 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-packages=(cmake g++ make qt6-base-dev qt6-serialport-dev qt6-svg-dev libgtest-dev libgmock-dev
-          fonts-dejavu-core)
-missing=()
-for package in "${packages[@]}"; do
-    if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed"; then
-        missing+=("$package")
-    fi
-done
-if ((${#missing[@]} > 0)); then
-    sudo=""
-    if [ "$(id -u)" -ne 0 ]; then
-        sudo=sudo
-    fi
-    echo "Installing: ${missing[*]}"
-    $sudo apt-get update
-    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y --no-install-recommends "${missing[@]}"
-fi
+source scripts/packages.sh
+install_missing cmake g++ make qt6-base-dev qt6-serialport-dev qt6-svg-dev libgtest-dev \
+    libgmock-dev fonts-dejavu-core
 
 if [ "${1:-}" = "--program" ]; then
     [ -f build/CMakeCache.txt ] || cmake --preset default

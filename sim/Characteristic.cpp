@@ -5,6 +5,10 @@
 
 namespace rk31::sim {
 
+double FiniteAngle(double degrees) {
+    return std::isfinite(degrees) ? degrees : 0.0;
+}
+
 double Wrap360(double degrees) {
     double w = std::fmod(degrees, 360.0);
     if (w < 0) {
@@ -15,8 +19,16 @@ double Wrap360(double degrees) {
 }
 
 int DacCode(double percent) {
-    const double code = std::nearbyint(percent / 100.0 * 4095.0);
+    // A DAC saturates at both ends; a value that is no number at all drives it to zero.
+    if (std::isnan(percent)) {
+        return 0;
+    }
+    const double code = std::nearbyint(std::clamp(percent, 0.0, 100.0) / 100.0 * 4095.0);
     return static_cast<int>(std::clamp(code, 0.0, 4095.0));
+}
+
+double Saturate(double percent) {
+    return std::isnan(percent) ? 0.0 : std::clamp(percent, 0.0, 100.0);
 }
 
 double Quantise(double percent) {
@@ -44,6 +56,18 @@ Characteristic Characteristic::FromBuffer(const std::map<int, double>& buffer) {
     take(14, polarity);
     c.polarity = polarity != 0 ? 1 : 0;
     c.blank = !buffer.contains(8);
+    // Registers hold DAC codes and angle codes: a level or clamp beyond what the DAC can put out
+    // saturates, and an angle that is no finite number reads as 0, so that the output path
+    // never meets a value it cannot convert.
+    c.clampLow = Saturate(c.clampLow);
+    c.clampHigh = Saturate(c.clampHigh);
+    for (int k = 0; k < 4; ++k) {
+        c.level[k] = Saturate(c.level[k]);
+        c.angle[k] = FiniteAngle(c.angle[k]);
+    }
+    c.dp = FiniteAngle(c.dp);
+    c.op = FiniteAngle(c.op);
+    c.hys = FiniteAngle(c.hys);
     return c;
 }
 

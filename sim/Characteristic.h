@@ -30,8 +30,13 @@ struct Characteristic {
 // An angle brought into [0, 360).
 double Wrap360(double degrees);
 
-// A level in percent of VDD as a 12-bit DAC puts it out.
+// An angle register's value: an angle that is no finite number reads as 0.
+double FiniteAngle(double degrees);
+
+// A level in percent of VDD as a 12-bit DAC puts it out: saturated at 0 and 100 %, and 0 for a
+// value that is no number.
 int DacCode(double percent);
+double Saturate(double percent);
 double Quantise(double percent);
 
 }  // namespace rk31::sim

@@ -13,7 +13,9 @@ constexpr float kSupplyDrop = 0.004f;
 constexpr float kNoReading = -200.0f;
 
 std::int32_t angleCode(double degrees) {
-    return static_cast<std::int32_t>(std::nearbyint(Wrap360(degrees) / 360.0 * 4096.0)) & 0xFFF;
+    return static_cast<std::int32_t>(
+               std::nearbyint(Wrap360(FiniteAngle(degrees)) / 360.0 * 4096.0)) &
+           0xFFF;
 }
 
 }  // namespace

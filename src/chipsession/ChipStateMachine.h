@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <optional>
 
 namespace rk31 {
 
@@ -8,8 +10,14 @@ class DeviceSession;
 class Prompts;
 class Pause;
 
+using ChipStates = std::array<std::int32_t, 2>;
+
 // The only place that moves a part between Power Off, ADC mode and OWI mode. It records the
 // wanted state first, whatever the outcome, then drives the device calls in their fixed order.
+// The record ends where the calls really left the parts: a call that fails as a whole
+// (DeviceError) is passed on with the record taken back to what the calls before it reached,
+// and a change to ADC mode that powered nothing leaves the part recorded as off. A refused
+// change to OWI mode stays recorded as OWI mode until the caller's return to ADC mode.
 class ChipStateMachine {
   public:
     ChipStateMachine(DeviceSession& session, Prompts& prompts, Pause& pause)
@@ -23,11 +31,9 @@ class ChipStateMachine {
     void SetConnectionState(std::int32_t value);
 
   private:
-    bool changeOnePart(std::int16_t part, std::int32_t from, std::int32_t to);
-    bool changeBothParts(std::int32_t from, std::int32_t to);
-    void unknownState(std::int32_t to);
-
     DeviceSession& m_session;
+    // Where a part really is while a refused change to OWI mode has it recorded in OWI mode.
+    std::array<std::optional<std::int32_t>, 2> m_refused;
     Prompts& m_prompts;
     Pause& m_pause;
 };

@@ -271,4 +271,40 @@ void PrepareDevice(WindowContext& ctx, int part) {
     }
 }
 
+void ReadyPointButtons(WindowContext& ctx) {
+    ctx.view.setEnabled(ctl::SetpointA, -1, !ctx.pointWindowHasPower);
+    if (ctx.pointWindowHasPower) {
+        ctx.view.setEnabled(ctl::PowerOn, -1, true);
+    }
+    ctx.view.setEnabled(ctl::SetpointB, -1, false);
+}
+
+void AfterDeviceFailure(WindowContext& ctx) {
+    const auto& state = ctx.session.ChipState;
+    const bool bothPowered = state[0] != PowerOff || state[1] != PowerOff;
+    if (ctx.isTwoPart()) {
+        // The caption is the record of the power: a part the failed command left off must be
+        // powered on by the next click, not "powered off" again.
+        for (int part = 0; part < (ctx.oneSupply() ? 1 : 2); ++part) {
+            const bool powered = ctx.oneSupply() ? bothPowered : state[part] != PowerOff;
+            ctx.view.setText(ctl::PowerOn, ctx.sessionIndex(part),
+                             powered ? kPowerOffCaption : kPowerOnCaption);
+        }
+        UpdateControl(ctx);
+        return;
+    }
+    const bool connected = ctx.session.ProgrammerConnected == 1;
+    const bool powered = ctx.family == WindowFamily::DualPoint
+                             ? bothPowered
+                             : state[static_cast<std::size_t>(ctx.selectedPart())] != PowerOff;
+    // A preparation that powered nothing is no preparation: the next Set point A (or Power On)
+    // must be free to start again.
+    if (!connected || !ctx.session.hasDevice() || !powered) {
+        ctx.powered = false;
+    }
+    if (connected && !ctx.powered) {
+        ReadyPointButtons(ctx);
+    }
+}
+
 }  // namespace rk31

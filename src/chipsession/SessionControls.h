@@ -20,4 +20,13 @@ void AboutCommand(WindowContext& ctx);
 // power-up.
 void PrepareDevice(WindowContext& ctx, int part);
 
+// The point windows' buttons when a part may be started: Set point A, or Power On in the
+// windows that have it; Set point B waits for point A.
+void ReadyPointButtons(WindowContext& ctx);
+
+// After a command was abandoned because a device call failed as a whole: the power captions, the
+// point windows' powered flag, the enabled controls and the status line follow the chip states
+// as recorded, which are what the device really reached.
+void AfterDeviceFailure(WindowContext& ctx);
+
 }  // namespace rk31

@@ -4,9 +4,9 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QPainter>
-#include <QSaveFile>
 #include <QSvgGenerator>
 
+#include "core/AtomicSave.h"
 #include "core/Prompts.h"
 
 namespace rk31 {
@@ -15,21 +15,6 @@ namespace {
 
 // A picture that pastes into a report at a readable size whatever the window's size.
 constexpr QSize kPictureSize{1200, 620};
-
-// Written through a temporary file: the old file stays whole unless every byte reached the
-// disk.
-QString saveBytes(const QString& path, const QByteArray& bytes) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return file.errorString();
-    }
-    if (file.write(bytes) != bytes.size() || !file.flush()) {
-        const QString reason = file.errorString();
-        file.cancelWriting();
-        return reason;
-    }
-    return file.commit() ? QString() : file.errorString();
-}
 
 }  // namespace
 
@@ -100,10 +85,9 @@ void ExportCurveCommand(const TransferCurvePlot& plot, QString& lastName, Prompt
                            "export the curve."));
         return;
     }
-    const QString failure = saveBytes(chosen, bytes);
-    if (!failure.isEmpty()) {
-        prompts.message(
-            QStringLiteral("The curve could not be written to %1: %2").arg(chosen, failure));
+    QString why;
+    if (!SaveFileAtomically(chosen, bytes, &why)) {
+        prompts.message(SaveFailedMessage(chosen, why));
     }
 }
 

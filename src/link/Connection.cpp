@@ -1,5 +1,6 @@
 #include "link/Connection.h"
 
+#include "chipsession/SessionControls.h"
 #include "chipsession/WindowContext.h"
 #include "core/ControlView.h"
 #include "core/DeviceError.h"
@@ -18,17 +19,6 @@ bool hasPowerCommand(const WindowContext& ctx) {
     return ctx.pointWindowHasPower;
 }
 
-// The point windows' buttons once the port dialog has closed, whatever was chosen there.
-void readyPointButtons(WindowContext& ctx) {
-    if (hasPowerCommand(ctx)) {
-        ctx.view.setEnabled(ctl::PowerOn, -1, true);
-        ctx.view.setEnabled(ctl::SetpointA, -1, false);
-    } else {
-        ctx.view.setEnabled(ctl::SetpointA, -1, true);
-    }
-    ctx.view.setEnabled(ctl::SetpointB, -1, false);
-}
-
 void connect(WindowContext& ctx) {
     const std::int16_t port = ctx.ui.choosePort();
     if (port != 0) {
@@ -39,7 +29,6 @@ void connect(WindowContext& ctx) {
         ctx.ui.processEvents();
         try {
             ctx.session.ConnectProgrammer(port, ctx.prompts);
-            ctx.machine.SetConnectionState(1);
         } catch (const DeviceError& e) {
             // The window stays offline: the next connect replaces whatever object was made.
             ctx.session.ProgrammerConnected = 0;
@@ -49,6 +38,13 @@ void connect(WindowContext& ctx) {
             }
             return;
         }
+        try {
+            ctx.machine.SetConnectionState(1);
+        } catch (const DeviceError& e) {
+            // The session is open, as after a channel that failed to open; a part that could not
+            // be powered off keeps its recorded state, and the power commands can try again.
+            ctx.prompts.message(e.description());
+        }
         if (ctx.isTwoPart()) {
             UpdateControl(ctx);
         } else {
@@ -57,7 +53,7 @@ void connect(WindowContext& ctx) {
         ctx.view.setText(ctl::connect, -1, kDisconnect);
     }
     if (!ctx.isTwoPart()) {
-        readyPointButtons(ctx);
+        ReadyPointButtons(ctx);
     }
 }
 

@@ -41,7 +41,7 @@ QLineEdit* TwoPartWindow::addBox(const QString& name, int index, const QString& 
 }
 
 void TwoPartWindow::afterDeviceFailure() {
-    UpdateControl(context());
+    AfterDeviceFailure(context());
 }
 
 void TwoPartWindow::addSessionButtons(QGridLayout* grid, int index, int columns) {

@@ -2,10 +2,10 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStringDecoder>
 #include <type_traits>
 
+#include "core/AtomicSave.h"
 #include "core/Prompts.h"
 #include "core/Rounding.h"
 #include "params/Validation.h"
@@ -285,21 +285,33 @@ QString SettingsFilePath(const QString& chosenName) {
     return chosenName + QStringLiteral(".txt");
 }
 
-bool SaveLines(const QString& path, const QStringList& lines) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return false;
-    }
+QByteArray BytesOfLines(const QStringList& lines) {
     QByteArray bytes;
     for (const QString& line : lines) {
         bytes += line.toUtf8();
         bytes += "\r\n";
     }
-    if (file.write(bytes) != bytes.size()) {
-        file.cancelWriting();
-        return false;
+    return bytes;
+}
+
+QStringList LinesOfBytes(const QByteArray& bytes) {
+    QStringDecoder decode(QStringDecoder::Utf8);
+    const QString text = decode(bytes);
+    QStringList lines = text.split(u'\n');
+    // The terminator of the last line leaves an empty piece behind it, not a line.
+    if (lines.back().isEmpty()) {
+        lines.removeLast();
     }
-    return file.commit();
+    for (QString& line : lines) {
+        if (line.endsWith(u'\r')) {
+            line.chop(1);
+        }
+    }
+    return lines;
+}
+
+bool SaveLines(const QString& path, const QStringList& lines) {
+    return SaveFileAtomically(path, BytesOfLines(lines));
 }
 
 LoadedLines LoadLines(const QString& path) {
@@ -314,19 +326,7 @@ LoadedLines LoadLines(const QString& path) {
     if (file.error() != QFileDevice::NoError) {
         return {{}, FileAccessError};
     }
-    QStringDecoder decode(QStringDecoder::Utf8);
-    const QString text = decode(bytes);
-    QStringList lines = text.split(u'\n');
-    // The terminator of the last line leaves an empty piece behind it, not a line.
-    if (lines.back().isEmpty()) {
-        lines.removeLast();
-    }
-    for (QString& line : lines) {
-        if (line.endsWith(u'\r')) {
-            line.chop(1);
-        }
-    }
-    return {lines, 0};
+    return {LinesOfBytes(bytes), 0};
 }
 
 bool SaveSettingsFile(const QStringList& lines, QString& lastName, Prompts& prompts) {

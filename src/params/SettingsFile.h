@@ -152,8 +152,13 @@ QString LoadErrorMessage(int error);
 // the name with ".txt" appended.
 QString SettingsFilePath(const QString& chosenName);
 
-// Writes UTF-8 lines, each ended by CR LF, through a temporary file: a failed save leaves the
-// previous file whole. False when anything failed.
+// The bytes of a file of UTF-8 lines, each ended by CR LF, and the lines of a file's bytes,
+// ended by CR LF or LF alone.
+QByteArray BytesOfLines(const QStringList& lines);
+QStringList LinesOfBytes(const QByteArray& bytes);
+
+// Writes the lines' bytes through SaveFileAtomically: a failed save leaves the previous file
+// whole. False when anything failed.
 bool SaveLines(const QString& path, const QStringList& lines);
 
 struct LoadedLines {

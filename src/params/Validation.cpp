@@ -25,13 +25,26 @@ constexpr float kHYSMaximum = 15.75f;
 struct Reading {
     bool valid = false;
     float value = 0;
+    bool beyondSingle = false;  // the conversion failed and 0 is kept in its place
 };
 
 Reading read(const QString& text, Prompts& prompts) {
     if (!IsNumberText(text)) {
         return {};
     }
-    return {true, TextToValue(text, prompts)};
+    const bool beyondSingle = !TextToSingle(text).has_value();
+    return {true, TextToValue(text, prompts), beyondSingle};
+}
+
+// An in-range value in the field's display format. The typed text is rounded as typed, unless
+// its conversion failed: the box then shows the value kept, never the text's own expansion.
+QString shown(const Reading& r, const QString& text, int decimals) {
+    return r.beyondSingle ? FormatSingle(r.value, decimals) : FormatText(text, decimals);
+}
+
+// Boxes that keep no value show a typed number in their format, as long as a double holds it.
+QString reformatted(const QString& text, int decimals) {
+    return IsNumberText(text) && NumberTextToDouble(text) ? FormatText(text, decimals) : text;
 }
 
 QString partName(int part) {
@@ -99,7 +112,7 @@ Validated ValidateDP(const QString& text, WindowFamily family, int part, Prompts
         partMessage(family, part, DPAbove360Text, prompts);
         return {QStringLiteral("359.99"), kLastAngle};
     }
-    return {FormatText(text, 2), r.value};
+    return {shown(r, text, 2), r.value};
 }
 
 Validated ValidateClampHigh(const QString& text, WindowFamily family, int part, Prompts& prompts) {
@@ -118,7 +131,7 @@ Validated ValidateClampHigh(const QString& text, WindowFamily family, int part, 
     if (r.value > kFullScale) {
         return {QStringLiteral("100.00"), kFullScale};
     }
-    return {FormatText(text, 2), r.value};
+    return {shown(r, text, 2), r.value};
 }
 
 Validated ValidateClampLow(const QString& text, WindowFamily family, int part, Prompts& prompts) {
@@ -137,7 +150,7 @@ Validated ValidateClampLow(const QString& text, WindowFamily family, int part, P
     } else if (r.value > kFullScale) {
         return {QStringLiteral("100"), kFullScale};
     }
-    return {FormatText(text, 2), r.value};
+    return {shown(r, text, 2), r.value};
 }
 
 Validated ValidateAngle(const QString& text, WindowFamily family, PointBox box, Prompts& prompts) {
@@ -161,7 +174,7 @@ Validated ValidateAngle(const QString& text, WindowFamily family, PointBox box, 
         }
         return {QStringLiteral("359.99"), kLastAngle};
     }
-    return {FormatText(text, 2), r.value};
+    return {shown(r, text, 2), r.value};
 }
 
 Validated ValidateLevel(const QString& text, WindowFamily family, PointBox box, Prompts& prompts) {
@@ -178,7 +191,7 @@ Validated ValidateLevel(const QString& text, WindowFamily family, PointBox box, 
     if (r.value > kFullScale) {
         return {QStringLiteral("100.00"), kFullScale};
     }
-    return {FormatText(text, 2), r.value};
+    return {shown(r, text, 2), r.value};
 }
 
 Validated ValidateSlope(const QString& text, int part, Prompts& prompts) {
@@ -189,7 +202,7 @@ Validated ValidateSlope(const QString& text, int part, Prompts& prompts) {
         }
         return {QString(), EmptyValue};
     }
-    return {FormatText(text, 4), r.value};
+    return {shown(r, text, 4), r.value};
 }
 
 Validated ValidateOP(const QString& text, int part, Prompts& prompts) {
@@ -208,7 +221,7 @@ Validated ValidateOP(const QString& text, int part, Prompts& prompts) {
         switchMessage(part, QStringLiteral("OP"), InputAbove360Text, prompts);
         return {QStringLiteral("359.99"), kLastAngle};
     }
-    return {FormatText(text, 2), r.value};
+    return {shown(r, text, 2), r.value};
 }
 
 Validated ValidateHYS(const QString& text, int part, Prompts& prompts) {
@@ -245,13 +258,13 @@ Validated ValidateHYS(const QString& text, int part, Prompts& prompts) {
 }
 
 // These boxes keep no value: a text that is no number by the rules' own test (a lowercase "e"
-// included) stays as typed.
+// included) stays as typed, and so does one beyond a double, which no format can hold.
 QString FormatVDD(const QString& text) {
-    return IsNumberText(text) ? FormatText(text, 3) : text;
+    return reformatted(text, 3);
 }
 
 QString FormatReadAngle(const QString& text) {
-    return IsNumberText(text) ? FormatText(text, 2) : text;
+    return reformatted(text, 2);
 }
 
 QString ValidateOffset(const QString& text, Prompts& prompts) {
@@ -262,7 +275,7 @@ QString ValidateOffset(const QString& text, Prompts& prompts) {
     if (r.value >= kAngleLimit) {
         return QStringLiteral("359.99");
     }
-    return FormatText(text, 2);
+    return shown(r, text, 2);
 }
 
 QString StepHYS(const QString& text, int direction) {

@@ -96,15 +96,6 @@ void pointATaken(WindowContext& ctx, const PointWindowTraits& traits) {
     }
 }
 
-// Back to "Ready" (or "Ready for power"): the next part, or the next round, starts again.
-void readyForNextPart(WindowContext& ctx, const PointWindowTraits& traits) {
-    ctx.view.setEnabled(ctl::SetpointA, -1, !traits.powerButton);
-    if (traits.powerButton) {
-        ctx.view.setEnabled(ctl::PowerOn, -1, true);
-    }
-    ctx.view.setEnabled(ctl::SetpointB, -1, false);
-}
-
 // A step whose device call may fail as a whole: reported, and the steps after it still run so
 // that the part is powered off and the window returns to its ready state. False when it threw.
 bool attempt(WindowContext& ctx, const std::function<void()>& step) {
@@ -215,7 +206,7 @@ bool SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits) {
     attempt(ctx, [&ctx, part] { PowerOffIfPowered(ctx, part == kBothParts ? -1 : part); });
     // Whatever happened above, the flag must not outlive the attempt to power the part off.
     ctx.powered = false;
-    readyForNextPart(ctx, traits);
+    ReadyPointButtons(ctx);
     auto& curves = ctx.session.CurveTable;
     if (traits.bothParts) {
         curves = CurveTables{};

@@ -2,6 +2,7 @@
 
 #include "chipsession/ChipStateMachine.h"
 #include "core/DeviceError.h"
+#include "link/DeviceFactory.h"
 #include "shell/DeviceSession.h"
 #include "sim/SimulatedProgrammer.h"
 #include "support/ScriptedPrompts.h"
@@ -167,6 +168,21 @@ TEST_F(StateMachineTest, AChipThatRefusesOwiModeGivesFalse) {
     EXPECT_FALSE(machine.ChipChangeToState(2, 1, 2));
 }
 
+// Both parts off, Part#2 known to be locked: the change to OWI mode is refused without a call,
+// and the return to ADC mode that follows starts only the locked part, which the record shows.
+TEST_F(StateMachineTest, ReturnFromARefusedChangeRecordsWhatItPowered) {
+    session.CommLocked = {false, true};
+    simulation.box->dies[1].locked = true;
+    EXPECT_FALSE(machine.ChipChangeToState(2, 0, 2));
+    EXPECT_EQ(session.ChipState, (ChipStates{2, 2}));
+    EXPECT_TRUE(machine.ChipChangeToState(2, 2, 1));
+    EXPECT_EQ(trace(), QStringList({"ExitOWIMode(0)", "ExitOWIMode(1)", "EnterADCMode(0)",
+                                    "EnterADCMode(1)"}));
+    EXPECT_EQ(session.ChipState, (ChipStates{0, 1}));
+    EXPECT_FALSE(simulation.box->dies[0].powered);
+    EXPECT_TRUE(simulation.box->dies[1].inAdc());
+}
+
 TEST_F(StateMachineTest, WrongArgumentsAndUnknownStates) {
     EXPECT_FALSE(machine.ChipChangeToState(3, 0, 1));
     EXPECT_TRUE(machine.ChipChangeToState(0, 0, 5));
@@ -206,5 +222,97 @@ TEST(StateMachineWithoutDevice, ReportsNotConnectedInsteadOfCrashing) {
     } catch (const DeviceError& e) {
         EXPECT_EQ(e.description(), "Programmer is not connected!");
     }
-    EXPECT_EQ(session.ChipState[0], 1);  // stored before the call, and kept
+    EXPECT_EQ(session.ChipState[0], 0) << "nothing was powered";
+}
+
+namespace {
+
+// A device whose call number `failAt` (from 0) fails as a whole; every call before it succeeds
+// and is recorded by name.
+class FailingDevice : public QZ7734Device {
+  public:
+    explicit FailingDevice(int failAt) : m_failAt(failAt) {}
+    QStringList calls;
+
+    void OpenChannel(const QVariant&, std::int32_t&) override {}
+    void CloseChannel(std::int32_t) override {}
+    void ProgramEEPROM(std::int16_t p, std::int32_t&) override { step("ProgramEEPROM", p); }
+    void MeasureOutput(std::int16_t p, std::int16_t, float&) override { step("MeasureOutput", p); }
+    void MeasureVDD(std::int16_t p, float&) override { step("MeasureVDD", p); }
+    void GetMemoryAccess(std::shared_ptr<MemoryAccess>&) override { step("GetMemoryAccess", 0); }
+    void ReadAngle(std::int16_t p, float&) override { step("ReadAngle", p); }
+    void GetSolverAccess(std::shared_ptr<SolverAccess>&) override { step("GetSolverAccess", 0); }
+    void EnterOWIMode(std::int16_t p, std::int32_t&) override { step("EnterOWIMode", p); }
+    void ExitOWIMode(std::int16_t p, std::int32_t&) override { step("ExitOWIMode", p); }
+    void PowerOnChip(std::int16_t p, std::int32_t&) override { step("PowerOnChip", p); }
+    void SelectOutputChannel(std::int16_t p, std::int32_t&) override {
+        step("SelectOutputChannel", p);
+    }
+    void PowerOffChip(std::int16_t p, std::int32_t&) override { step("PowerOffChip", p); }
+    void EnterADCMode(std::int16_t p, std::int32_t&) override { step("EnterADCMode", p); }
+    void GetDACCalibration(std::int16_t p, float&, float&, float&, float&, std::int32_t&) override {
+        step("GetDACCalibration", p);
+    }
+    void GetHardwareVersion(std::int32_t&, std::int32_t&, std::int32_t&, std::int32_t&) override {
+        step("GetHardwareVersion", 0);
+    }
+    void SetOutputMode(std::int16_t p, std::int16_t, std::int16_t, std::int16_t,
+                       std::int32_t&) override {
+        step("SetOutputMode", p);
+    }
+
+  private:
+    void step(const char* op, std::int16_t part) {
+        if (calls.size() == m_failAt) {
+            throw DeviceError(QStringLiteral("Lost the programmer"));
+        }
+        calls << QStringLiteral("%1(%2)").arg(QLatin1String(op)).arg(part);
+    }
+    int m_failAt;
+};
+
+}  // namespace
+
+// A call that fails as a whole in the middle of a change: the recorded states end where the
+// calls that went through left the parts, and the failure reaches the caller.
+TEST(StateMachineFailingMidway, RecordsWhatTheCallsBeforeTheFailureReached) {
+    const QString progId = QString::fromLatin1(kDeviceProgId);
+    const struct {
+        const char* name;
+        std::int16_t index;
+        std::array<std::int32_t, 2> before;
+        std::int32_t from, to;
+        int failAt;
+        std::array<std::int32_t, 2> after;
+    } cases[] = {
+        {"on: PowerOnChip fails", 0, {0, 0}, 0, 1, 0, {0, 0}},
+        {"on: EnterADCMode fails", 0, {0, 0}, 0, 1, 1, {1, 0}},
+        {"to OWI from off: EnterOWIMode fails", 1, {0, 0}, 0, 2, 1, {0, 1}},
+        {"to OWI from ADC: EnterOWIMode fails", 0, {1, 0}, 1, 2, 0, {1, 0}},
+        {"to ADC from OWI: ExitOWIMode fails", 0, {2, 2}, 2, 1, 0, {2, 2}},
+        {"to ADC from OWI: EnterADCMode fails", 0, {2, 2}, 2, 1, 1, {1, 2}},
+        {"off: PowerOffChip fails", 1, {1, 2}, 2, 0, 0, {1, 2}},
+        {"off: the output channel fails", 1, {1, 2}, 2, 0, 2, {1, 0}},
+        {"both on: Part#2's PowerOnChip fails", 2, {0, 0}, 0, 1, 1, {1, 0}},
+        {"both to OWI again: EnterOWIMode fails", 2, {2, 2}, 2, 2, 0, {2, 2}},
+        {"both off from a caller's guess: first PowerOffChip fails", 2, {2, 2}, 1, 0, 0, {2, 2}},
+        {"both off: Part#2's PowerOffChip fails", 2, {2, 1}, 1, 0, 1, {0, 1}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        auto device = std::make_shared<FailingDevice>(c.failAt);
+        DeviceFactory::Register(progId, [device] { return device; });
+        DeviceSession& session = DeviceSession::instance();
+        session.resetToFreshProcess();
+        test::ScriptedPrompts prompts;
+        test::RecordingPause pause;
+        ChipStateMachine machine(session, prompts, pause);
+        session.ConnectProgrammer(1, prompts);
+        session.ChipState = c.before;
+        EXPECT_THROW(machine.ChipChangeToState(c.index, c.from, c.to), DeviceError);
+        EXPECT_EQ(session.ChipState, c.after);
+        EXPECT_EQ(device->calls.size(), c.failAt);
+        session.resetToFreshProcess();
+    }
+    DeviceFactory::Unregister(progId);
 }

@@ -63,8 +63,8 @@ class CurveExportTest : public QObject {
         QCOMPARE(prompts.messages[0],
                  QStringLiteral("Choose a file name ending in .png, .svg or .csv to export the "
                                 "curve."));
-        QVERIFY(prompts.messages[1].startsWith(
-            QStringLiteral("The curve could not be written to ") + dir.filePath("missing")));
+        QVERIFY(prompts.messages[1].startsWith(QStringLiteral("Could not save \"") +
+                                               dir.filePath("missing")));
     }
 };
 

@@ -18,9 +18,9 @@ constexpr auto T1 = WindowFamily::TwoPartOneSupply;
 constexpr auto P1 = WindowFamily::OnePartPoint;
 constexpr auto PD = WindowFamily::DualPoint;
 
-// What FormatText makes of "1E50": the typed text rewritten, although the value became 0.
+// A text beyond the Single range keeps 0, and the box shows that 0 in the field's format.
 QString huge(int decimals) {
-    return QStringLiteral("1") + QString(50, u'0') + u'.' + QString(decimals, u'0');
+    return QStringLiteral("0.") + QString(decimals, u'0');
 }
 
 const QString Overflow = QStringLiteral("Wrong Float Data Input Detected : 1E50 !!!");
@@ -174,6 +174,9 @@ TEST(Validation, TextOnlyBoxes) {
     // A lowercase "e" makes no number for the rules, so the text stays as typed.
     EXPECT_EQ(FormatVDD("1e2") + " " + FormatVDD("1E-1") + " " + FormatVDD("abc"), "1e2 0.100 abc");
     EXPECT_EQ(FormatReadAngle("1e2") + " " + FormatReadAngle("12.345"), "1e2 12.35");
+    // Beyond a double no format holds the number: it stays as typed.
+    EXPECT_EQ(FormatVDD("1E50").size(), 55);
+    EXPECT_EQ(FormatVDD("1E999999") + " " + FormatReadAngle("-1E400"), "1E999999 -1E400");
     // clang-format off
     const struct { const char* text; const char* result; } offsets[] = {
         {"-1", "0.00"}, {"360", "359.99"}, {"abc", "0.00"}, {"", "0.00"}, {"1e1", "0.00"}, {"12.5", "12.50"},

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <limits>
 #include <map>
 #include <string>
 #include <tuple>
@@ -100,6 +101,50 @@ TEST(SimulatedDevice, OutputFollowsTheEepromInAdcModeOnly) {
         EXPECT_NEAR(bench.measure(0), r.percent, kDacStep) << "magnet at " << r.magnet;
     }
     EXPECT_EQ(bench.measure(1), 0.0f) << "an unpowered die";
+}
+
+// A real die saturates: whatever non-finite value reaches a register, the output stays within
+// what the DAC can put out and every register word within its twelve bits.
+TEST(SimulatedDevice, NonFiniteSolverValuesSaturate) {
+    constexpr float inf = std::numeric_limits<float>::infinity();
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    const struct {
+        const char* name;
+        std::vector<std::pair<std::int16_t, float>> image;
+    } cases[] = {
+        {"one point and an infinite slope", {{4, 50.0f}, {8, 100.0f}, {5, inf}, {9, 200.0f}}},
+        {"levels that are no number", {{4, nan}, {8, 100.0f}, {5, -inf}, {9, 200.0f}}},
+        {"infinite clamps", {{1, -inf}, {2, inf}, {4, 20.0f}, {8, 10.0f}, {5, 80.0f}, {9, 20.0f}}},
+        {"angles and DP that are no number",
+         {{3, inf}, {4, 20.0f}, {8, nan}, {5, 80.0f}, {9, -inf}}},
+        {"huge but finite",
+         {{1, -3e38f}, {2, 3e38f}, {4, -3e38f}, {8, 1e-30f}, {5, 3e38f}, {9, 2e-30f}}},
+    };
+    for (const auto& c : cases) {
+        Bench bench;
+        std::int32_t failed = 0;
+        bench.device->PowerOnChip(0, bench.out);
+        bench.enterOwi(0);
+        for (const auto& [id, value] : c.image) {
+            bench.memory->SetSolverParameter(0, id, value, 1, failed);
+        }
+        bench.memory->SetSolverParameter(0, 12, nan, 1, failed);
+        bench.memory->SetSolverParameter(0, 13, inf, 1, failed);
+        ASSERT_EQ(bench.solve(&SolverAccess::WriteBufferToDevice, 0), 0) << c.name;
+        for (std::int32_t address = 0x01; address <= 0x0E; ++address) {
+            const std::int32_t word = bench.read(0, address);
+            EXPECT_TRUE(word >= 0 && word <= 0xFFF)
+                << c.name << " word " << address << ": " << word;
+        }
+        bench.device->ProgramEEPROM(0, bench.out);
+        bench.powerCycle(0);
+        for (double magnet = 0; magnet < 360; magnet += 7.5) {
+            bench.box->setMagnetAngle(magnet);
+            const float percent = bench.measure(0);
+            EXPECT_TRUE(percent >= 0.0f && percent <= 100.0f)
+                << c.name << " at " << magnet << ": " << percent;
+        }
+    }
 }
 
 TEST(SimulatedDevice, EnterOwiModeResults) {

@@ -16,7 +16,6 @@
 #include "params/FieldValidation.h"
 #include "params/SettingsCommands.h"
 #include "pointwindows/widgets/SensorSketch.h"
-#include "shell/DeviceSession.h"
 #include "windowkit/CommandHelp.h"
 
 namespace rk31 {
@@ -42,12 +41,7 @@ PointProgrammingWindow::PointProgrammingWindow(const PointWindowTraits& traits,
 }
 
 void PointProgrammingWindow::afterDeviceFailure() {
-    // A sequence abandoned because there is no programmer to talk to prepared nothing, so the
-    // next Set point A (or Power On) must be free to try again.
-    const DeviceSession& session = context().session;
-    if (!session.hasDevice() || session.ProgrammerConnected != 1) {
-        context().powered = false;
-    }
+    AfterDeviceFailure(context());
 }
 
 QAbstractButton* PointProgrammingWindow::addCommand(const QString& name, const QString& caption,

@@ -8,7 +8,7 @@
 #include <QLineEdit>
 #include <stdexcept>
 
-#include "chipsession/WindowContext.h"
+#include "context/WindowContext.h"
 #include "shell/DeviceSession.h"
 
 namespace rk31::bench {

@@ -18,7 +18,7 @@
 
 #include "BenchWindow.h"
 #include "Report.h"
-#include "chipsession/WindowContext.h"
+#include "context/WindowContext.h"
 
 using namespace rk31;
 using namespace rk31::bench;

@@ -3,7 +3,8 @@
 #include <memory>
 
 #include "FuzzSupport.h"
-#include "chipsession/WindowContext.h"
+#include "context/WindowContext.h"
+#include "programming/ConfigSolvers.h"
 #include "programming/SolverInputs.h"
 #include "solver/Curve.h"
 #include "solver/PointSolvers.h"
@@ -51,7 +52,7 @@ void runSolvers(fuzz::Input& in, WindowContext& ctx, std::int16_t part) {
             configsolver_OnePointAndSlope(ctx, part);
             break;
         default:
-            HasEqualAngles(in.take<std::uint8_t>() % 6, ctx, part);
+            HasEqualAngles(in.take<std::uint8_t>() % 6, ctx.session.rounded.RoundedPoints[part]);
             IsDescendingTriple(in.take<std::int16_t>(), in.take<std::int16_t>(),
                                in.take<std::int16_t>());
             break;
@@ -71,8 +72,8 @@ void runCurve(fuzz::Input& in, RoundedImages& rounded, fuzz::QuietPrompts& promp
     CurveTables curves{};
     const auto count1 = static_cast<std::int16_t>(in.take<std::uint8_t>() % 6);
     const auto count2 = static_cast<std::int16_t>(in.take<std::uint8_t>() % 6);
-    CalLinearGraph(0, count1, 1, count2, rounded, curves, prompts);
-    CalPartCurve(count2, 1, rounded, curves, prompts);
+    ShowMessages(prompts, CalLinearGraph(0, count1, 1, count2, rounded, curves));
+    ShowMessages(prompts, CalPartCurve(count2, 1, rounded, curves));
     Interpolate(in.take<std::int16_t>(), in.take<std::int16_t>(), in.take<std::int16_t>(),
                 in.take<std::int16_t>(), in.take<std::int16_t>());
 }

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "chipsession/WindowContext.h"
+#include "context/WindowContext.h"
 #include "core/DeviceError.h"
 #include "core/Prompts.h"
 #include "shell/DeviceSession.h"
@@ -187,10 +187,10 @@ bool ChipStateMachine::ChipChangeToState(std::int16_t index, std::int32_t from, 
     ChipStates reached = m_session.ChipState;
     for (const std::int16_t part : PartsOf(parts)) {
         const auto p = static_cast<std::size_t>(part);
-        if (m_refused[p] && reached[p] == OwiMode) {
-            reached[p] = *m_refused[p];
+        if (m_session.RefusedOwiFrom[p] && reached[p] == OwiMode) {
+            reached[p] = *m_session.RefusedOwiFrom[p];
         }
-        m_refused[p].reset();
+        m_session.RefusedOwiFrom[p].reset();
         // The wanted state is recorded before any device call, whatever the outcome.
         m_session.ChipState[p] = to;
     }
@@ -206,7 +206,7 @@ bool ChipStateMachine::ChipChangeToState(std::int16_t index, std::int32_t from, 
         if (!result) {
             // OWI mode stays recorded until the caller's return to ADC mode, which then starts
             // from where the part really is.
-            m_refused[p] = reached[p];
+            m_session.RefusedOwiFrom[p] = reached[p];
         } else if (to == AdcMode && reached[p] == PowerOff) {
             // Entering ADC mode powers no part by itself: one that was off stays off.
             m_session.ChipState[p] = PowerOff;

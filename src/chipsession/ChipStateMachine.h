@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <optional>
 
+#include "context/WindowContext.h"
+
 namespace rk31 {
 
 class DeviceSession;
@@ -32,10 +34,13 @@ class ChipStateMachine {
 
   private:
     DeviceSession& m_session;
-    // Where a part really is while a refused change to OWI mode has it recorded in OWI mode.
-    std::array<std::optional<std::int32_t>, 2> m_refused;
     Prompts& m_prompts;
     Pause& m_pause;
 };
+
+// The state machine over a window's session and seams.
+inline ChipStateMachine Machine(WindowContext& ctx) {
+    return {ctx.session, ctx.prompts, ctx.pause};
+}
 
 }  // namespace rk31

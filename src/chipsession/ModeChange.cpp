@@ -1,9 +1,10 @@
 #include "chipsession/ModeChange.h"
+#include "chipsession/ChipStateMachine.h"
 
-#include "chipsession/WindowContext.h"
-#include "core/ControlView.h"
+#include "chipsession/UpdateControl.h"
+#include "context/ControlView.h"
+#include "context/WindowContext.h"
 #include "core/Prompts.h"
-#include "params/UpdateControl.h"
 #include "shell/DeviceSession.h"
 
 namespace rk31 {
@@ -27,7 +28,7 @@ void ToADCMode(WindowContext& ctx, std::int16_t part) {
                              QStringLiteral(":  In transition to ADC Mode..."));
         ctx.ui.processEvents();
     }
-    ctx.machine.ChipChangeToState(part, state, AdcMode);
+    Machine(ctx).ChipChangeToState(part, state, AdcMode);
     if (ctx.isTwoPart()) {
         UpdateControl(ctx);
     }
@@ -44,9 +45,9 @@ void ToOWIMode(WindowContext& ctx, std::int16_t part) {
                              QStringLiteral(":  In transition to OWI Mode..."));
         ctx.ui.processEvents();
     }
-    if (!ctx.machine.ChipChangeToState(part, state, OwiMode)) {
+    if (!Machine(ctx).ChipChangeToState(part, state, OwiMode)) {
         ctx.prompts.message(QString::fromLatin1(kCommLockRefusedText));
-        ctx.machine.ChipChangeToState(part, ctx.session.ChipState[part], AdcMode);
+        Machine(ctx).ChipChangeToState(part, ctx.session.ChipState[part], AdcMode);
     }
     if (ctx.isTwoPart()) {
         UpdateControl(ctx);
@@ -65,9 +66,9 @@ void ToOWIModeBothParts(WindowContext& ctx) {
                          QStringLiteral("Part#1 and Part#2 :  In transition to OWI Mode..."));
     }
     ctx.ui.processEvents();
-    if (!ctx.machine.ChipChangeToState(2, state[0], OwiMode)) {
+    if (!Machine(ctx).ChipChangeToState(2, state[0], OwiMode)) {
         ctx.prompts.message(QString::fromLatin1(kCommLockRefusedText));
-        ctx.machine.ChipChangeToState(2, OwiMode, AdcMode);
+        Machine(ctx).ChipChangeToState(2, OwiMode, AdcMode);
     }
     if (ctx.isTwoPart()) {
         UpdateControl(ctx);
@@ -93,10 +94,10 @@ void PowerOffIfPowered(WindowContext& ctx, int part) {
         return;
     }
     if (part < 0) {
-        ctx.machine.ChipChangeToState(2, AdcMode, PowerOff);
+        Machine(ctx).ChipChangeToState(2, AdcMode, PowerOff);
     } else {
-        ctx.machine.ChipChangeToState(static_cast<std::int16_t>(part), ctx.session.ChipState[part],
-                                      PowerOff);
+        Machine(ctx).ChipChangeToState(static_cast<std::int16_t>(part), ctx.session.ChipState[part],
+                                       PowerOff);
     }
     ctx.powered = false;
 }

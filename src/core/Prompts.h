@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 class QDialog;
 
@@ -29,5 +30,12 @@ class Pause {
     virtual ~Pause() = default;
     virtual void sleep(int milliseconds) = 0;
 };
+
+// Shows each message in turn, as the calculations that return them would have shown them.
+inline void ShowMessages(Prompts& prompts, const QStringList& messages) {
+    for (const QString& text : messages) {
+        prompts.message(text);
+    }
+}
 
 }  // namespace rk31

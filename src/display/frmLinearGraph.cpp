@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QShowEvent>
 
+#include "core/Prompts.h"
 #include "core/Services.h"
 #include "display/CurveExport.h"
 #include "display/TransferCurvePlot.h"
@@ -136,11 +137,11 @@ void frmLinearGraph::Load() {
 
     DeviceSession& session = DeviceSession::instance();
     if (bothParts) {
-        CalLinearGraph(0, m_firstCount, 1, m_secondCount, session.rounded, session.CurveTable,
-                       AppPrompts());
+        ShowMessages(AppPrompts(), CalLinearGraph(0, m_firstCount, 1, m_secondCount,
+                                                  session.rounded, session.CurveTable));
     } else {
-        CalLinearGraph(m_firstPart, m_firstCount, 0, 0, session.rounded, session.CurveTable,
-                       AppPrompts());
+        ShowMessages(AppPrompts(), CalLinearGraph(m_firstPart, m_firstCount, 0, 0, session.rounded,
+                                                  session.CurveTable));
     }
     m_plot->update();
 }

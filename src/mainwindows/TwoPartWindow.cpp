@@ -10,11 +10,11 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include "chipsession/SessionControls.h"
-#include "chipsession/WindowCommands.h"
-#include "link/Connection.h"
-#include "params/SettingsCommands.h"
-#include "params/UpdateControl.h"
+#include "chipsession/UpdateControl.h"
+#include "commands/Connection.h"
+#include "commands/SessionControls.h"
+#include "commands/SettingsCommands.h"
+#include "commands/WindowCommands.h"
 #include "programming/AngleCapture.h"
 #include "programming/ProgramSequence.h"
 #include "programming/SwitchOutput.h"

@@ -1,7 +1,7 @@
 #include "params/FieldValidation.h"
 
-#include "chipsession/WindowContext.h"
-#include "core/ControlView.h"
+#include "context/ControlView.h"
+#include "context/WindowContext.h"
 #include "core/NumberText.h"
 #include "params/Validation.h"
 

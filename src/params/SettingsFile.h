@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-#include "params/PartParameters.h"
+#include "context/PartParameters.h"
 
 namespace rk31 {
 

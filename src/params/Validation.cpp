@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "context/PartParameters.h"
 #include "core/Formats.h"
 #include "core/NumberText.h"
 #include "core/Prompts.h"
-#include "params/PartParameters.h"
 
 namespace rk31 {
 
@@ -80,10 +80,6 @@ void switchMessage(int part, const QString& field, const QString& resource, Prom
 }
 
 }  // namespace
-
-bool IsTwoPartFamily(WindowFamily family) {
-    return family == WindowFamily::TwoPartTwoSupplies || family == WindowFamily::TwoPartOneSupply;
-}
 
 PointBox PointBoxOf(WindowFamily family, int boxIndex, int selectedPart) {
     switch (family) {

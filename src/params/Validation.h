@@ -3,20 +3,11 @@
 #include <QString>
 #include <optional>
 
+#include "context/WindowFamily.h"
+
 namespace rk31 {
 
 class Prompts;
-
-// The windows differ in their ranges and in which corrections they announce, so every rule
-// takes the family of the window it runs in.
-enum class WindowFamily {
-    TwoPartTwoSupplies,  // MainForm2Parts2Src
-    TwoPartOneSupply,    // MainForm2Parts1Src
-    OnePartPoint,        // MainForm2PointsProgramming, ...WithPwr, MainForm1PointProgramming
-    DualPoint,           // MainForm2PointsProgrammingforDual, ...WithPwr
-};
-
-bool IsTwoPartFamily(WindowFamily family);
 
 // Message texts of the resource string table. The DP and clamp texts begin with ": " of their
 // own, which is why their composed messages show two colons in a row.

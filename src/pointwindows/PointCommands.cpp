@@ -1,13 +1,14 @@
 #include "pointwindows/PointCommands.h"
+#include "chipsession/ChipStateMachine.h"
 
 #include <cstdint>
 #include <functional>
 #include <optional>
 
 #include "chipsession/ModeChange.h"
-#include "chipsession/SessionControls.h"
-#include "chipsession/WindowContext.h"
-#include "core/ControlView.h"
+#include "commands/SessionControls.h"
+#include "context/ControlView.h"
+#include "context/WindowContext.h"
 #include "core/DeviceError.h"
 #include "core/Formats.h"
 #include "core/NumberText.h"
@@ -125,7 +126,7 @@ bool setPointAApplies(const WindowContext& ctx, const PointWindowTraits& traits)
 void PointWindowLoad(WindowContext& ctx, const PointWindowTraits& traits) {
     ctx.pointWindowHasPower = traits.powerButton;
     ctx.session.ResetForWindowLoad(false);
-    ctx.machine.SetConnectionState(0);
+    Machine(ctx).SetConnectionState(0);
     for (const Field field : {Field::ClampLow, Field::ClampHigh, Field::DP}) {
         for (int part = 0; part < (traits.bothParts ? 2 : 1); ++part) {
             ValidateField(ctx, field, partBox(traits, part));
@@ -210,10 +211,10 @@ bool SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits) {
     auto& curves = ctx.session.CurveTable;
     if (traits.bothParts) {
         curves = CurveTables{};
-        CalLinearGraph(0, 2, 1, 2, ctx.session.rounded, curves, ctx.prompts);
+        ShowMessages(ctx.prompts, CalLinearGraph(0, 2, 1, 2, ctx.session.rounded, curves));
     } else {
         curves[static_cast<std::size_t>(part)] = CurveRows{};
-        CalLinearGraph(part, 2, 0, 0, ctx.session.rounded, curves, ctx.prompts);
+        ShowMessages(ctx.prompts, CalLinearGraph(part, 2, 0, 0, ctx.session.rounded, curves));
     }
     return programmed;
 }

@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "chipsession/ModeChange.h"
-#include "chipsession/WindowContext.h"
-#include "core/ControlView.h"
+#include "context/ControlView.h"
+#include "context/WindowContext.h"
 #include "core/Formats.h"
 #include "core/NumberText.h"
 #include "core/Prompts.h"

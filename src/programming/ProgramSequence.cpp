@@ -1,17 +1,18 @@
 #include "programming/ProgramSequence.h"
+#include "chipsession/ChipStateMachine.h"
 
 #include <cstdlib>
 #include <memory>
 
 #include "chipsession/ModeChange.h"
-#include "chipsession/WindowContext.h"
-#include "core/ControlView.h"
+#include "context/ControlView.h"
+#include "context/WindowContext.h"
 #include "core/DeviceError.h"
 #include "core/Formats.h"
 #include "core/Prompts.h"
+#include "programming/ConfigSolvers.h"
 #include "programming/SolverInputs.h"
 #include "shell/DeviceSession.h"
-#include "solver/PointSolvers.h"
 
 namespace rk31 {
 
@@ -187,14 +188,14 @@ bool StoreInEEPROM(WindowContext& ctx, std::int16_t part) {
                 programmed = false;
             }
         }
-        ctx.machine.ChipChangeToState(2, OwiMode, OwiMode);
+        Machine(ctx).ChipChangeToState(2, OwiMode, OwiMode);
         return programmed;
     }
     const bool programmed = programEeprom(ctx, part);
     if (!programmed) {
         ctx.prompts.message(QStringLiteral("Failed in programming device"));
     }
-    ctx.machine.ChipChangeToState(part, OwiMode, OwiMode);
+    Machine(ctx).ChipChangeToState(part, OwiMode, OwiMode);
     return programmed;
 }
 
@@ -278,7 +279,7 @@ bool PointProgramAction(WindowContext& ctx, std::int16_t part) {
     if (failed) {
         ctx.prompts.message(QStringLiteral("Failed in programming device"));
     }
-    ctx.machine.ChipChangeToState(bothParts ? 2 : part, OwiMode, OwiMode);
+    Machine(ctx).ChipChangeToState(bothParts ? 2 : part, OwiMode, OwiMode);
     return !failed;
 }
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "chipsession/WindowContext.h"
+#include "context/WindowContext.h"
 
 namespace rk31 {
 

@@ -3,12 +3,14 @@
 #include <utility>
 #include <vector>
 
-#include "chipsession/WindowContext.h"
-#include "core/ControlView.h"
+#include "context/ControlView.h"
+#include "context/WindowContext.h"
 #include "core/DeviceError.h"
 #include "core/Prompts.h"
 #include "core/Rounding.h"
+#include "params/Validation.h"
 #include "shell/DeviceSession.h"
+#include "solver/PointSolvers.h"
 
 namespace rk31 {
 
@@ -104,8 +106,7 @@ bool LoadSolverInputsTwoPoints(WindowContext& ctx, std::int16_t part) {
 }
 
 bool IsAngleInRange(const WindowContext& ctx, std::int16_t part, int point) {
-    const float angle = ctx.inputs[part].WorkAngle[point];
-    return angle >= 0.0f && angle < 360.0f;
+    return IsAngleInRange(ctx.inputs[part].WorkAngle[point]);
 }
 
 void StoreInSolver(WindowContext& ctx, std::int16_t part) {

@@ -3,21 +3,11 @@
 #include <array>
 #include <cstdint>
 
-#include "core/NumberText.h"
+#include "context/PartParameters.h"
 
 namespace rk31 {
 
 struct WindowContext;
-
-// The per-part working copy the solvers reorder and fill before it is sent.
-struct SolverInputs {
-    std::array<float, 4> WorkAngle{};
-    std::array<float, 4> WorkLevel{};
-    float WorkSlope = EmptyValue;
-    float WorkOP = EmptyValue;
-    float WorkHYS = EmptyValue;
-    float WorkPolarity = 0;
-};
 
 // Copies the part's stored values into its working copy and the rounded images; false (with
 // the clamp-order message) when clamp high is not above clamp low.

@@ -1,8 +1,8 @@
 #include "programming/SwitchOutput.h"
 
 #include "chipsession/ModeChange.h"
-#include "chipsession/WindowContext.h"
-#include "core/ControlView.h"
+#include "context/ControlView.h"
+#include "context/WindowContext.h"
 #include "core/Formats.h"
 #include "core/Prompts.h"
 #include "params/Validation.h"

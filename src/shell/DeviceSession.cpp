@@ -50,6 +50,7 @@ void DeviceSession::ResetForWindowLoad(bool clearCommLocked) {
     }
     ProgrammerConnected = 0;
     ChipState = {0, 0};
+    RefusedOwiFrom = {};
 }
 
 void DeviceSession::resetToFreshProcess() {

@@ -3,8 +3,10 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "link/QZ7734Device.h"
+#include "solver/CurveTypes.h"
 
 namespace rk31 {
 
@@ -12,21 +14,6 @@ class Prompts;
 
 // Chip states of a part as the program records them (never read back from the chip).
 enum ChipStateValue : std::int32_t { PowerOff = 0, AdcMode = 1, OwiMode = 2 };
-
-// The rounded images of the last loaded and solved inputs, read by the curve calculation and
-// the plots. Angles of 500 mark points that are not in use.
-struct RoundedImages {
-    std::array<std::array<std::int16_t, 8>, 2> RoundedPoints{};
-    std::array<std::int16_t, 2> RoundedDP{};
-    std::array<std::int16_t, 2> RoundedClampHigh{};
-    std::array<std::int16_t, 2> RoundedClampLow{};
-    std::array<bool, 2> PointsReversed{};
-};
-
-// One part's plotted transfer curve: rows 2k and 2k+1 are the ends of segment k (angle,
-// level); row 40 stays (0, 0); the first all-zero segment ends the list.
-using CurveRows = std::array<std::array<std::int16_t, 2>, 41>;
-using CurveTables = std::array<CurveRows, 2>;
 
 // The one process-wide session record shared by every window.
 class DeviceSession {
@@ -48,6 +35,8 @@ class DeviceSession {
 
     std::array<std::int32_t, 2> ChipState{};
     std::array<bool, 2> CommLocked{};
+    // Where a part really is while a refused change to OWI mode has it recorded in OWI mode.
+    std::array<std::optional<std::int32_t>, 2> RefusedOwiFrom{};
     std::int32_t ProgrammerConnected = 0;
     std::array<float, 2> K{kDefaultK, kDefaultK};
     std::array<float, 2> B{};

@@ -1,10 +1,10 @@
 #include "solver/Curve.h"
 
 #include <QString>
+#include <algorithm>
 #include <initializer_list>
 #include <span>
 
-#include "core/Prompts.h"
 #include "core/Rounding.h"
 
 namespace rk31 {
@@ -39,12 +39,16 @@ Point AsPoint(const CurvePoint& row) {
     return {row[0], row[1]};
 }
 
-void WriteSegments(std::span<CurvePoint> rows, std::initializer_list<Segment> segments) {
+void WriteSegments(std::span<CurvePoint> rows, std::span<const Segment> segments) {
     std::size_t row = 0;
     for (const Segment& s : segments) {
         rows[row++] = Row(s.from);
         rows[row++] = Row(s.to);
     }
+}
+
+void WriteSegments(std::span<CurvePoint> rows, std::initializer_list<Segment> segments) {
+    WriteSegments(rows, std::span<const Segment>(segments.begin(), segments.size()));
 }
 
 bool IsEmptySegment(std::span<const CurvePoint> rows, int k) {
@@ -113,156 +117,141 @@ void CalSegment(bool reversed, const PointPair& pair, ScratchRows& scratch) {
     WriteSegments(scratch, {{p, {360, y}}, {{0, y}, q}});
 }
 
-void Cal2PointsExtend0(bool reversed, const PointPair& pair, CurveRows& list, ClampLevels clamps,
-                       Prompts& prompts) {
-    const Point p = AsPoint(pair[0]);
-    const Point q = AsPoint(pair[1]);
+namespace {
+
+// The segments that extend a line from one of its points to the clamp it meets: nothing, one
+// segment, or two when the extension crosses the seam.
+struct Extension {
+    bool failed = false;
+    std::size_t count = 0;
+    std::array<Segment, 2> segments{};
+};
+
+Extension Segments(std::initializer_list<Segment> segments) {
+    Extension e;
+    for (const Segment& s : segments) {
+        e.segments[e.count++] = s;
+    }
+    return e;
+}
+
+// The extension before first point p of a curve that travels on to q: from the clamp crossing
+// to p.
+Extension ExtendBefore(bool reversed, Point p, Point q, ClampLevels clamps) {
     // A flat line never meets a clamp; points at one angle give no direction to extend in.
     if (p.angle == q.angle || p.level == q.level) {
-        return;
+        return {};
     }
     if (!reversed && p.angle < q.angle) {
         const Line line{p, q};
         const Point xs = line.lowerCrossing(clamps);
         if (xs.angle >= 0) {
-            WriteSegments(list, {{xs, p}});
-            return;
+            return Segments({{xs, p}});
         }
         if (xs.angle + 360 > q.angle) {
             const int y0 = line.levelAtAngle(0);
-            WriteSegments(list, {{{xs.angle + 360, xs.level}, {360, y0}}, {{0, y0}, p}});
-            return;
+            return Segments({{{xs.angle + 360, xs.level}, {360, y0}}, {{0, y0}, p}});
         }
     } else if (reversed && p.angle > q.angle) {
         const Line line{p, q};
         const Point xs = line.upperCrossing(clamps);
         if (xs.angle <= 360) {
-            WriteSegments(list, {{xs, p}});
-            return;
+            return Segments({{xs, p}});
         }
         if (xs.angle - 360 < q.angle) {
             const int y360 = line.levelAtAngle(360);
-            WriteSegments(list, {{{xs.angle - 360, xs.level}, {0, y360}}, {{360, y360}, p}});
-            return;
+            return Segments({{{xs.angle - 360, xs.level}, {0, y360}}, {{360, y360}, p}});
         }
     } else if (!reversed) {
         const Point xs = Line{p, {q.angle + 360, q.level}}.lowerCrossing(clamps);
         if (xs.angle > q.angle) {
-            WriteSegments(list, {{xs, p}});
-            return;
+            return Segments({{xs, p}});
         }
     } else {
         Point xs = Line{{p.angle + 360, p.level}, q}.upperCrossing(clamps);
         xs.angle -= 360;
         if (xs.angle < q.angle) {
-            WriteSegments(list, {{xs, p}});
-            return;
+            return Segments({{xs, p}});
         }
     }
-    prompts.message(QStringLiteral("Error in Cal2PointsExtend0"));
+    return {.failed = true};
 }
 
-void Cal2PointsExtend1(bool reversed, const PointPair& pair, ScratchRows& scratch,
-                       ClampLevels clamps, Prompts& prompts) {
-    const Point p = AsPoint(pair[0]);
-    const Point q = AsPoint(pair[1]);
-    if (p.angle == q.angle || p.level == q.level) {
-        return;
-    }
-    if (!reversed && p.angle < q.angle) {
-        const Line line{p, q};
-        const Point xs = line.upperCrossing(clamps);
-        if (xs.angle <= 360) {
-            WriteSegments(scratch, {{q, xs}});
-            return;
-        }
-        if (xs.angle - 360 < p.angle) {
-            const int y360 = line.levelAtAngle(360);
-            WriteSegments(scratch, {{q, {360, y360}}, {{0, y360}, {xs.angle - 360, xs.level}}});
-            return;
-        }
-    } else if (reversed && p.angle > q.angle) {
-        const Line line{p, q};
-        const Point xs = line.lowerCrossing(clamps);
-        if (xs.angle >= 0) {
-            WriteSegments(scratch, {{q, xs}});
-            return;
-        }
-        if (xs.angle + 360 > p.angle) {
-            const int y0 = line.levelAtAngle(0);
-            WriteSegments(scratch, {{q, {0, y0}}, {{360, y0}, {xs.angle + 360, xs.level}}});
-            return;
-        }
-    } else if (!reversed) {
-        Point xs = Line{p, {q.angle + 360, q.level}}.upperCrossing(clamps);
-        xs.angle -= 360;
-        if (xs.angle < p.angle) {
-            WriteSegments(scratch, {{q, xs}});
-            return;
-        }
-    } else {
-        const Point xs = Line{{p.angle + 360, p.level}, q}.lowerCrossing(clamps);
-        if (xs.angle > p.angle) {
-            WriteSegments(scratch, {{q, xs}});
-            return;
-        }
-    }
-    prompts.message(QStringLiteral("Error in Cal2PointsExtend1"));
+}  // namespace
+
+QString Cal2PointsExtend0(bool reversed, const PointPair& pair, CurveRows& list,
+                          ClampLevels clamps) {
+    const Extension e = ExtendBefore(reversed, AsPoint(pair[0]), AsPoint(pair[1]), clamps);
+    WriteSegments(list, std::span<const Segment>(e.segments.data(), e.count));
+    return e.failed ? QStringLiteral("Error in Cal2PointsExtend0") : QString();
 }
 
-void CalDPSegments(bool reversed, const CurveRows& list, ScratchRows& scratch, std::int16_t dp,
-                   Prompts& prompts) {
+QString Cal2PointsExtend1(bool reversed, const PointPair& pair, ScratchRows& scratch,
+                          ClampLevels clamps) {
+    // Past the last point is before the first point of the same line travelled the other way:
+    // the same segments, read backwards.
+    Extension e = ExtendBefore(!reversed, AsPoint(pair[1]), AsPoint(pair[0]), clamps);
+    std::reverse(e.segments.begin(), e.segments.begin() + static_cast<std::ptrdiff_t>(e.count));
+    for (std::size_t k = 0; k < e.count; ++k) {
+        std::swap(e.segments[k].from, e.segments[k].to);
+    }
+    WriteSegments(scratch, std::span<const Segment>(e.segments.data(), e.count));
+    return e.failed ? QStringLiteral("Error in Cal2PointsExtend1") : QString();
+}
+
+QString CalDPSegments(bool reversed, const CurveRows& list, ScratchRows& scratch, std::int16_t dp) {
     int last = kSegmentSlots - 1;
     while (last >= 0 && IsEmptySegment(list, last)) {
         --last;
     }
     if (last < 0) {
-        return;
+        return {};
     }
     const int sa = list[0][0];
     const int sl = list[0][1];
     const int ea = list[2 * last + 1][0];
     const int el = list[2 * last + 1][1];
     if (sa == ea) {
-        return;
+        return {};
     }
     const Segment jump{{dp, el}, {dp, sl}};
     if (!reversed && sa < ea) {
         if (dp < sa) {
             WriteSegments(scratch,
                           {{{ea, el}, {360, el}}, {{0, el}, {dp, el}}, jump, {{dp, sl}, {sa, sl}}});
-            return;
+            return {};
         }
         if (dp > ea) {
             WriteSegments(scratch,
                           {{{ea, el}, {dp, el}}, jump, {{dp, sl}, {360, sl}}, {{0, sl}, {sa, sl}}});
-            return;
+            return {};
         }
     } else if (reversed && sa > ea) {
         if (dp < ea) {
             WriteSegments(scratch,
                           {{{ea, el}, {dp, el}}, jump, {{dp, sl}, {0, sl}}, {{360, sl}, {sa, sl}}});
-            return;
+            return {};
         }
         if (dp > sa) {
             WriteSegments(scratch,
                           {{{ea, el}, {0, el}}, {{360, el}, {dp, el}}, jump, {{dp, sl}, {sa, sl}}});
-            return;
+            return {};
         }
     } else if (!reversed) {
         if (ea < dp && dp < sa) {
             WriteSegments(scratch, {{{ea, el}, {dp, el}}, jump, {{dp, sl}, {sa, sl}}});
-            return;
+            return {};
         }
     } else if (sa < dp && dp < ea) {
         WriteSegments(scratch, {{{ea, el}, {dp, el}}, jump, {{dp, sl}, {sa, sl}}});
-        return;
+        return {};
     }
-    prompts.message(QStringLiteral("DP Point is Invalid with two angle ends-(%1 And %2) And (%3) "
-                                   "direction!")
-                        .arg(sa)
-                        .arg(ea)
-                        .arg(reversed ? QStringLiteral("CW") : QStringLiteral("CCW")));
+    return QStringLiteral(
+               "DP Point is Invalid with two angle ends-(%1 And %2) And (%3) "
+               "direction!")
+        .arg(sa)
+        .arg(ea)
+        .arg(reversed ? QStringLiteral("CW") : QStringLiteral("CCW"));
 }
 
 void AppendSegments(CurveRows& list, ScratchRows& scratch) {
@@ -283,8 +272,8 @@ void AppendSegments(CurveRows& list, ScratchRows& scratch) {
     }
 }
 
-void CalPartCurve(std::int16_t count, std::int16_t part, const RoundedImages& rounded,
-                  CurveTables& curves, Prompts& prompts) {
+QStringList CalPartCurve(std::int16_t count, std::int16_t part, const RoundedImages& rounded,
+                         CurveTables& curves) {
     const auto& images = rounded.RoundedPoints.at(part);
     PointList points{};
     for (std::size_t i = 0; i < points.size(); ++i) {
@@ -308,31 +297,38 @@ void CalPartCurve(std::int16_t count, std::int16_t part, const RoundedImages& ro
     };
     const bool closed = !flat(pairFrom(0)) && !flat(pairFrom(lastPair));
 
+    QStringList messages;
+    const auto note = [&messages](const QString& message) {
+        if (!message.isEmpty()) {
+            messages << message;
+        }
+    };
     CurveRows list{};
     ScratchRows scratch{};
     if (closed) {
-        Cal2PointsExtend0(reversed, pairFrom(0), list, clamps, prompts);
+        note(Cal2PointsExtend0(reversed, pairFrom(0), list, clamps));
     }
     for (std::size_t first = 0; first <= lastPair; ++first) {
         CalSegment(reversed, pairFrom(first), scratch);
         AppendSegments(list, scratch);
     }
     if (closed) {
-        Cal2PointsExtend1(reversed, pairFrom(lastPair), scratch, clamps, prompts);
+        note(Cal2PointsExtend1(reversed, pairFrom(lastPair), scratch, clamps));
         AppendSegments(list, scratch);
-        CalDPSegments(reversed, list, scratch, rounded.RoundedDP.at(part), prompts);
+        note(CalDPSegments(reversed, list, scratch, rounded.RoundedDP.at(part)));
         AppendSegments(list, scratch);
     }
     curves.at(part) = list;
+    return messages;
 }
 
-void CalLinearGraph(std::int16_t part1, std::int16_t count1, std::int16_t part2,
-                    std::int16_t count2, const RoundedImages& rounded, CurveTables& curves,
-                    Prompts& prompts) {
-    CalPartCurve(count1, part1, rounded, curves, prompts);
+QStringList CalLinearGraph(std::int16_t part1, std::int16_t count1, std::int16_t part2,
+                           std::int16_t count2, const RoundedImages& rounded, CurveTables& curves) {
+    QStringList messages = CalPartCurve(count1, part1, rounded, curves);
     if (count2 != 0) {
-        CalPartCurve(count2, part2, rounded, curves, prompts);
+        messages << CalPartCurve(count2, part2, rounded, curves);
     }
+    return messages;
 }
 
 }  // namespace rk31

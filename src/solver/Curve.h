@@ -1,13 +1,13 @@
 #pragma once
 
+#include <QString>
+#include <QStringList>
 #include <array>
 #include <cstdint>
 
-#include "shell/DeviceSession.h"
+#include "solver/CurveTypes.h"
 
 namespace rk31 {
-
-class Prompts;
 
 // The transfer curve that the plots draw: the lines through consecutive points, extended to the
 // clamp levels before the first and after the last point, cut at the 360/0 seam and closed by
@@ -37,34 +37,33 @@ std::int16_t Interpolate(std::int16_t x, std::int16_t x1, std::int16_t y1, std::
 void CalSegment(bool reversed, const PointPair& pair, ScratchRows& scratch);
 
 // The extension before the first point down to (or up to) the clamp the line meets first; writes
-// rows 0 to 3 of the still empty curve list. "Error in Cal2PointsExtend0" when the crossing
-// cannot be placed. Equal angles or equal levels write nothing and show nothing.
-void Cal2PointsExtend0(bool reversed, const PointPair& pair, CurveRows& list, ClampLevels clamps,
-                       Prompts& prompts);
+// rows 0 to 3 of the still empty curve list. Returns "Error in Cal2PointsExtend0" when the
+// crossing cannot be placed, else nothing. Equal angles or equal levels write nothing.
+QString Cal2PointsExtend0(bool reversed, const PointPair& pair, CurveRows& list,
+                          ClampLevels clamps);
 
 // The extension after the last point (pair row 1) to the clamp the line meets; writes scratch
-// rows 0 to 3. "Error in Cal2PointsExtend1" when the crossing cannot be placed; equal angles or
-// levels as above.
-void Cal2PointsExtend1(bool reversed, const PointPair& pair, ScratchRows& scratch,
-                       ClampLevels clamps, Prompts& prompts);
+// rows 0 to 3. Returns "Error in Cal2PointsExtend1" when the crossing cannot be placed; equal
+// angles or levels as above.
+QString Cal2PointsExtend1(bool reversed, const PointPair& pair, ScratchRows& scratch,
+                          ClampLevels clamps);
 
 // Closes the curve from the end of its last segment back to its start through the jump at dp;
-// writes scratch rows 0 to 7, or shows the DP message when dp lies on the curve's own span.
-void CalDPSegments(bool reversed, const CurveRows& list, ScratchRows& scratch, std::int16_t dp,
-                   Prompts& prompts);
+// writes scratch rows 0 to 7, or returns the DP message when dp lies on the curve's own span.
+QString CalDPSegments(bool reversed, const CurveRows& list, ScratchRows& scratch, std::int16_t dp);
 
 // Copies the scratch segments into the empty slots of the list, in order, up to the first empty
 // scratch segment; then clears scratch rows 0 to 10 for the next step.
 void AppendSegments(CurveRows& list, ScratchRows& scratch);
 
 // Builds the curve of `part` (0 or 1) from its rounded images and overwrites all 41 rows of
-// curves[part]. count 2 and 3 use that many points; any other count uses all four.
-void CalPartCurve(std::int16_t count, std::int16_t part, const RoundedImages& rounded,
-                  CurveTables& curves, Prompts& prompts);
+// curves[part]. count 2 and 3 use that many points; any other count uses all four. Returns the
+// messages of the steps, in order, for the caller to show.
+QStringList CalPartCurve(std::int16_t count, std::int16_t part, const RoundedImages& rounded,
+                         CurveTables& curves);
 
-// The first part's curve, then the second's when count2 is not 0.
-void CalLinearGraph(std::int16_t part1, std::int16_t count1, std::int16_t part2,
-                    std::int16_t count2, const RoundedImages& rounded, CurveTables& curves,
-                    Prompts& prompts);
+// The first part's curve, then the second's when count2 is not 0; the messages of both.
+QStringList CalLinearGraph(std::int16_t part1, std::int16_t count1, std::int16_t part2,
+                           std::int16_t count2, const RoundedImages& rounded, CurveTables& curves);
 
 }  // namespace rk31

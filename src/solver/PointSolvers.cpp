@@ -2,83 +2,81 @@
 
 #include <utility>
 
-#include "chipsession/WindowContext.h"
-#include "core/ControlView.h"
-#include "core/Prompts.h"
 #include "core/Rounding.h"
-#include "params/FieldValidation.h"
-#include "programming/SolverInputs.h"
-#include "shell/DeviceSession.h"
 
 namespace rk31 {
 
 namespace {
 
-QString partNumber(int part) {
-    return QString::number(part + 1);
+SolvedPoints Refused(const QString& message) {
+    SolvedPoints refused;
+    refused.message = message;
+    return refused;
 }
 
-void noted(WindowContext& ctx, int part, const QString& tail) {
-    ctx.prompts.message(QStringLiteral("Please noted: Part#") + partNumber(part) + tail);
+SolvedPoints Noted(int part, const QString& tail) {
+    return Refused(QStringLiteral("Please noted: Part#") + QString::number(part + 1) + tail);
 }
 
-void swapPoints(SolverInputs& in, int i, int j) {
-    std::swap(in.WorkAngle[i], in.WorkAngle[j]);
-    std::swap(in.WorkLevel[i], in.WorkLevel[j]);
+// The working copy a solver reorders: the loaded points with their rounded images unchanged.
+SolvedPoints Taken(const SolverPoints& points, int count) {
+    SolvedPoints solved;
+    solved.count = count;
+    solved.angle = points.angle;
+    solved.level = points.level;
+    solved.rounded = points.rounded;
+    return solved;
+}
+
+void SwapPoints(SolvedPoints& s, int i, int j) {
+    std::swap(s.angle[i], s.angle[j]);
+    std::swap(s.level[i], s.level[j]);
 }
 
 // The unused points repeat the last used angle with level 0.
-void fillFrom(SolverInputs& in, int last) {
+void FillFrom(SolvedPoints& s, int last) {
     for (int k = last + 1; k < 4; ++k) {
-        in.WorkAngle[k] = in.WorkAngle[last];
-        in.WorkLevel[k] = 0.0f;
+        s.angle[k] = s.angle[last];
+        s.level[k] = 0.0f;
     }
 }
 
-// Two points with the same rounded level give no line: Level B is emptied and re-checked.
-bool refuseEqualLevels(WindowContext& ctx, std::int16_t part, int levelBoxB) {
-    const auto& points = ctx.session.rounded.RoundedPoints[part];
-    if (points[4] != points[5]) {
+// Two points with the same rounded level give no line.
+bool EqualLevels(int part, const SolverPoints& points, SolvedPoints& refusal) {
+    if (points.rounded[4] != points.rounded[5]) {
         return false;
     }
-    noted(ctx, part,
-          QStringLiteral("-Level#0 is the same as Part#") + partNumber(part) +
-              QStringLiteral("-Level#1 !"));
-    ctx.view.setText(ctl::Level, levelBoxB, QString());
-    ValidateField(ctx, Field::Level, levelBoxB);
+    const QString number = QString::number(part + 1);
+    refusal = Noted(part, QStringLiteral("-Level#0 is the same as Part#") + number +
+                              QStringLiteral("-Level#1 !"));
+    refusal.emptyLevelB = true;
     return true;
 }
 
-// The Level box of point k of the part.
-int levelBox(const WindowContext& ctx, std::int16_t part, int k) {
-    switch (ctx.family) {
-        case WindowFamily::OnePartPoint:
-            return k;
-        case WindowFamily::DualPoint:
-            return part * 2 + k;
-        default:
-            return part * 4 + k;
+SolvedPoints FirstEmptyLevel(int part, const SolverPoints& points, int count) {
+    for (int k = 0; k < count; ++k) {
+        if (!points.levelGiven[k]) {
+            return Noted(part, QStringLiteral("-Level#%1 is Empty!").arg(k));
+        }
     }
+    return {};
 }
 
-int clockwiseBox(const WindowContext& ctx, std::int16_t part) {
-    return ctx.family == WindowFamily::OnePartPoint ? -1 : part;
-}
-
-bool isClockwise(const WindowContext& ctx, std::int16_t part) {
-    return ctx.view.value(ctl::clockwise, clockwiseBox(ctx, part)) == 1;
-}
+const QString kAnglesABText = QStringLiteral("Error Angles of Point A and Point B input");
 
 }  // namespace
 
-bool HasEqualAngles(int n, const WindowContext& ctx, std::int16_t part) {
+bool IsAngleInRange(float angle) {
+    return angle >= 0.0f && angle < 360.0f;
+}
+
+bool HasEqualAngles(int n, const std::array<std::int16_t, 8>& rounded) {
     if (n < 2 || n > 4) {
         return true;
     }
-    const auto& points = ctx.session.rounded.RoundedPoints[part];
     for (int i = 0; i < n; ++i) {
         for (int j = i + 1; j < n; ++j) {
-            if (points[i] == points[j]) {
+            if (rounded[i] == rounded[j]) {
                 return true;
             }
         }
@@ -91,129 +89,103 @@ bool IsDescendingTriple(std::int16_t a0, std::int16_t a1, std::int16_t a2) {
     return s < 2;
 }
 
-int configsolver_MultiPoints(WindowContext& ctx, std::int16_t part) {
-    SolverInputs& in = ctx.inputs[part];
-    auto& rounded = ctx.session.rounded;
-    if (!IsAngleInRange(ctx, part, 0) || !IsAngleInRange(ctx, part, 1)) {
-        ctx.prompts.message(QStringLiteral("Error Angles of Point A and Point B input"));
-        return 0;
+bool UsesOnePointAndSlope(const SolverPoints& points) {
+    return IsAngleInRange(points.angle[0]) && points.slope != EmptyValue;
+}
+
+SolvedPoints SolveMultiPoints(int part, const SolverPoints& points) {
+    if (!IsAngleInRange(points.angle[0]) || !IsAngleInRange(points.angle[1])) {
+        return Refused(kAnglesABText);
     }
-    const bool c = IsAngleInRange(ctx, part, 2);
-    const bool d = IsAngleInRange(ctx, part, 3);
+    const bool c = IsAngleInRange(points.angle[2]);
+    const bool d = IsAngleInRange(points.angle[3]);
     int count = 0;
-    if (!c && !HasEqualAngles(2, ctx, part)) {
+    if (!c && !HasEqualAngles(2, points.rounded)) {
         count = 2;
-    } else if (c && !d && !HasEqualAngles(3, ctx, part)) {
+    } else if (c && !d && !HasEqualAngles(3, points.rounded)) {
         count = 3;
-    } else if (c && d && !HasEqualAngles(4, ctx, part)) {
+    } else if (c && d && !HasEqualAngles(4, points.rounded)) {
         count = 4;
     } else {
-        ctx.prompts.message(QStringLiteral(
+        return Refused(QStringLiteral(
             "Rules: Angles should be DIFFERENT in CCW/CW within [0.0, 360.0) to fill in!"));
-        return 0;
     }
-    for (int k = 0; k < count; ++k) {
-        if (ctx.view.text(ctl::Level, part * 4 + k).isEmpty()) {
-            noted(ctx, part, QStringLiteral("-Level#%1 is Empty!").arg(k));
-            return 0;
-        }
+    if (SolvedPoints empty = FirstEmptyLevel(part, points, count); !empty.message.isEmpty()) {
+        return empty;
     }
-    const auto& p = rounded.RoundedPoints[part];
-    bool& reversed = rounded.PointsReversed[part];
+    const auto& p = points.rounded;
+    SolvedPoints solved = Taken(points, count);
     if (count == 4) {
         const bool adc = IsDescendingTriple(p[0], p[3], p[2]);
         const bool abc = IsDescendingTriple(p[0], p[1], p[2]);
-        if (!adc && abc) {
-            reversed = true;
-        } else if (adc && !abc) {
-            reversed = false;
-        } else {
-            ctx.prompts.message(QStringLiteral(
+        if (adc == abc) {
+            return Refused(QStringLiteral(
                 "Error: The order of 4 Points angles is unable to be determined in-DrawMain!"));
-            return 0;
         }
-        if (reversed) {
-            swapPoints(in, 0, 3);
-            swapPoints(in, 1, 2);
+        solved.reversed = abc;
+        if (solved.reversed) {
+            SwapPoints(solved, 0, 3);
+            SwapPoints(solved, 1, 2);
         }
     } else if (count == 3) {
-        reversed = IsDescendingTriple(p[0], p[1], p[2]);
-        if (reversed) {
-            swapPoints(in, 0, 2);
+        solved.reversed = IsDescendingTriple(p[0], p[1], p[2]);
+        if (solved.reversed) {
+            SwapPoints(solved, 0, 2);
         }
-        fillFrom(in, 2);
+        FillFrom(solved, 2);
     } else {
-        if (refuseEqualLevels(ctx, part, part * 4 + 1)) {
-            return 0;
+        if (SolvedPoints refusal; EqualLevels(part, points, refusal)) {
+            return refusal;
         }
-        reversed = isClockwise(ctx, part);
-        if (reversed) {
-            swapPoints(in, 0, 1);
+        solved.reversed = points.clockwise;
+        if (solved.reversed) {
+            SwapPoints(solved, 0, 1);
         }
-        fillFrom(in, 1);
+        FillFrom(solved, 1);
     }
-    StoreInSolver(ctx, part);
-    return count;
+    return solved;
 }
 
-int configsolver_OnePointAndSlope(WindowContext& ctx, std::int16_t part) {
-    if (ctx.view.text(ctl::Level, part * 4).isEmpty()) {
-        noted(ctx, part, QStringLiteral("-Level#0 is Empty!"));
-        return 0;
+SolvedPoints SolveOnePointAndSlope(int part, const SolverPoints& points) {
+    if (SolvedPoints empty = FirstEmptyLevel(part, points, 1); !empty.message.isEmpty()) {
+        return empty;
     }
-    SolverInputs& in = ctx.inputs[part];
-    auto& rounded = ctx.session.rounded;
-    rounded.PointsReversed[part] = isClockwise(ctx, part);
+    SolvedPoints solved = Taken(points, 2);
+    solved.reversed = points.clockwise;
     // Point B lies 10 degrees after A on the sloped line; no range check, A at 355 gives 365.
-    in.WorkAngle[1] = static_cast<float>(static_cast<double>(in.WorkAngle[0]) + 10.0);
-    in.WorkLevel[1] = static_cast<float>(static_cast<double>(in.WorkSlope) * 10.0 +
-                                         static_cast<double>(in.WorkLevel[0]));
-    if (rounded.PointsReversed[part]) {
-        swapPoints(in, 0, 1);
+    solved.angle[1] = static_cast<float>(static_cast<double>(solved.angle[0]) + 10.0);
+    solved.level[1] = static_cast<float>(static_cast<double>(points.slope) * 10.0 +
+                                         static_cast<double>(solved.level[0]));
+    if (solved.reversed) {
+        SwapPoints(solved, 0, 1);
     }
-    fillFrom(in, 1);
-    auto& points = rounded.RoundedPoints[part];
+    FillFrom(solved, 1);
     for (int k = 0; k < 4; ++k) {
-        points[k] = RoundToInt16(in.WorkAngle[k]);
-        points[4 + k] = RoundToInt16(in.WorkLevel[k]);
+        solved.rounded[k] = RoundToInt16(solved.angle[k]);
+        solved.rounded[4 + k] = RoundToInt16(solved.level[k]);
     }
-    StoreInSolver(ctx, part);
-    return 2;
+    return solved;
 }
 
-int configsolver(WindowContext& ctx, std::int16_t part) {
-    if (IsAngleInRange(ctx, part, 0) && ctx.inputs[part].WorkSlope != EmptyValue) {
-        return configsolver_OnePointAndSlope(ctx, part);
+SolvedPoints SolveTwoPoints(int part, const SolverPoints& points) {
+    if (!IsAngleInRange(points.angle[0]) || !IsAngleInRange(points.angle[1])) {
+        return Refused(kAnglesABText);
     }
-    return configsolver_MultiPoints(ctx, part);
-}
-
-int configsolver_2Points(WindowContext& ctx, std::int16_t part) {
-    SolverInputs& in = ctx.inputs[part];
-    const auto& points = ctx.session.rounded.RoundedPoints[part];
-    if (!IsAngleInRange(ctx, part, 0) || !IsAngleInRange(ctx, part, 1)) {
-        ctx.prompts.message(QStringLiteral("Error Angles of Point A and Point B input"));
-        return 0;
+    if (points.rounded[0] == points.rounded[1]) {
+        return Refused(QStringLiteral("Rules: Wrong in configure 2 points!"));
     }
-    if (points[0] == points[1]) {
-        ctx.prompts.message(QStringLiteral("Rules: Wrong in configure 2 points!"));
-        return 0;
+    if (SolvedPoints empty = FirstEmptyLevel(part, points, 2); !empty.message.isEmpty()) {
+        return empty;
     }
-    for (int k = 0; k < 2; ++k) {
-        if (ctx.view.text(ctl::Level, levelBox(ctx, part, k)).isEmpty()) {
-            noted(ctx, part, QStringLiteral("-Level#%1 is Empty!").arg(k));
-            return 0;
-        }
+    if (SolvedPoints refusal; EqualLevels(part, points, refusal)) {
+        return refusal;
     }
-    if (refuseEqualLevels(ctx, part, levelBox(ctx, part, 1))) {
-        return 0;
+    SolvedPoints solved = Taken(points, 2);
+    solved.reversed = points.clockwise;
+    if (solved.reversed) {
+        SwapPoints(solved, 0, 1);
     }
-    ctx.session.rounded.PointsReversed[part] = isClockwise(ctx, part);
-    if (ctx.session.rounded.PointsReversed[part]) {
-        swapPoints(in, 0, 1);
-    }
-    StoreInSolver(ctx, part);
-    return 2;
+    return solved;
 }
 
 }  // namespace rk31

@@ -3,7 +3,7 @@
 #include <QAbstractButton>
 #include <QVariant>
 
-#include "chipsession/WindowContext.h"
+#include "context/WindowContext.h"
 
 namespace rk31 {
 

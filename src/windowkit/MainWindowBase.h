@@ -6,7 +6,7 @@
 #include <functional>
 #include <memory>
 
-#include "chipsession/WindowContext.h"
+#include "context/WindowContext.h"
 #include "windowkit/WidgetControlView.h"
 
 class QAbstractButton;

@@ -4,7 +4,7 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "core/ControlView.h"
+#include "context/ControlView.h"
 
 namespace rk31 {
 

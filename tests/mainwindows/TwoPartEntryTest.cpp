@@ -2,9 +2,10 @@
 // line and the connection through the port dialog.
 #include <QtTest>
 
+#include "chipsession/ChipStateMachine.h"
 #include "chipsession/ModeChange.h"
+#include "chipsession/UpdateControl.h"
 #include "mainwindows/MainForm2Parts.h"
-#include "params/UpdateControl.h"
 #include "support/WindowHarness.h"
 
 using namespace rk31;
@@ -279,7 +280,7 @@ void TwoPartEntryTest::unknownStateIsShownAsUnrecognized() {
     click(&window, "connect");
     check(&window, "PartEnable", 0, true);
     check(&window, "PartEnable", 1, true);
-    window.context().machine.ChipChangeToState(1, 0, 7);
+    Machine(window.context()).ChipChangeToState(1, 0, 7);
     UpdateControl(window.context());
     QCOMPARE(bench->prompts.messages, QStringList{"Error: There is no such state: 7"});
     QVERIFY(find<QLabel>(&window, "status")

@@ -2,7 +2,7 @@
 #include <QtTest>
 
 #include "chipsession/ModeChange.h"
-#include "chipsession/SessionControls.h"
+#include "commands/SessionControls.h"
 #include "mainwindows/MainForm2Parts.h"
 #include "support/WindowHarness.h"
 

@@ -3,7 +3,7 @@
 #include <QtTest>
 
 #include "chipsession/ModeChange.h"
-#include "chipsession/WindowCommands.h"
+#include "commands/WindowCommands.h"
 #include "display/RealTimeDisplayBar.h"
 #include "mainwindows/MainForm2Parts.h"
 #include "programming/AngleCapture.h"

@@ -2,7 +2,8 @@
 // programmer and a window of plain values.
 #include <gtest/gtest.h>
 
-#include "chipsession/SessionControls.h"
+#include "chipsession/ChipStateMachine.h"
+#include "commands/SessionControls.h"
 #include "programming/ProgramSequence.h"
 #include "shell/DeviceSession.h"
 #include "sim/SimulatedProgrammer.h"
@@ -24,7 +25,7 @@ class PointWindowLogic : public ::testing::Test {
         ctx = std::make_unique<WindowContext>(family, session, view, prompts, pause, ui);
         ctx->pointWindowHasPower = true;
         session.ConnectProgrammer(1, prompts);
-        ctx->machine.SetConnectionState(1);
+        Machine(*ctx).SetConnectionState(1);
         simulation.box->clearTrace();
     }
     QStringList& trace() { return simulation.box->trace; }

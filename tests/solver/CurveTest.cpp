@@ -3,7 +3,6 @@
 #include <QRegularExpression>
 
 #include "solver/Curve.h"
-#include "support/ScriptedPrompts.h"
 
 using namespace rk31;
 
@@ -49,6 +48,11 @@ PointPair Pair(const char* points) {
 
 QStringList Said(const char* message) {
     return message != nullptr ? QStringList{message} : QStringList{};
+}
+
+// A returned message as the list of what is shown: nothing for an empty one.
+QStringList Said(const QString& message) {
+    return message.isEmpty() ? QStringList{} : QStringList{message};
 }
 
 constexpr ClampLevels k10to90{.high = 90, .low = 10};
@@ -139,21 +143,21 @@ TEST(Cal2PointsExtend, EachCaseItsWrapAndItsFailure) {
     };
     // clang-format on
     for (const auto& c : cases) {
-        test::ScriptedPrompts prompts;
         QString segs;
+        QString message;
         if (c.end == 0) {
             CurveRows list{};
-            Cal2PointsExtend0(c.reversed, Pair(c.pair), list, c.clamps, prompts);
+            message = Cal2PointsExtend0(c.reversed, Pair(c.pair), list, c.clamps);
             segs = Text(list);
         } else {
             ScratchRows scratch{};
-            Cal2PointsExtend1(c.reversed, Pair(c.pair), scratch, c.clamps, prompts);
+            message = Cal2PointsExtend1(c.reversed, Pair(c.pair), scratch, c.clamps);
             segs = Text(scratch);
         }
         EXPECT_EQ(segs, c.segs) << c.end << " " << c.name;
-        EXPECT_EQ(prompts.messages, Said(!c.fails     ? nullptr
-                                         : c.end == 0 ? kExtend0Error
-                                                      : kExtend1Error))
+        EXPECT_EQ(Said(message), Said(!c.fails     ? nullptr
+                                      : c.end == 0 ? kExtend0Error
+                                                   : kExtend1Error))
             << c.end << " " << c.name;
     }
 }
@@ -185,11 +189,10 @@ TEST(CalDPSegments, EachRegionAndTheInvalidDP) {
         CurveRows list{};
         SetRows(list, c.curve);
         ScratchRows scratch{};
-        test::ScriptedPrompts prompts;
-        CalDPSegments(c.reversed, list, scratch, static_cast<std::int16_t>(c.dp), prompts);
+        const QString message =
+            CalDPSegments(c.reversed, list, scratch, static_cast<std::int16_t>(c.dp));
         EXPECT_EQ(Text(scratch), c.segs) << c.name;
-        EXPECT_EQ(prompts.messages,
-                  c.ends ? QStringList{QString(invalid).arg(c.ends)} : QStringList{})
+        EXPECT_EQ(Said(message), c.ends ? QStringList{QString(invalid).arg(c.ends)} : QStringList{})
             << c.name;
     }
 }
@@ -257,10 +260,9 @@ TEST(CalPartCurve, WholeCurves) {
             images.PointsReversed[p] = c.reversed;
             CurveTables curves{};
             curves[p].fill({7, 7});  // every row of the part is overwritten
-            test::ScriptedPrompts prompts;
-            CalPartCurve(c.count, part, images, curves, prompts);
+            const QStringList messages = CalPartCurve(c.count, part, images, curves);
             EXPECT_EQ(Text(curves[p]), c.segs) << c.name << ", part " << part;
-            EXPECT_EQ(prompts.messages, c.messages) << c.name;
+            EXPECT_EQ(messages, c.messages) << c.name;
             EXPECT_EQ(curves[1 - p], CurveRows{}) << c.name << ": other part touched";
         }
     }

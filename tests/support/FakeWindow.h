@@ -4,8 +4,8 @@
 #include <QStringList>
 #include <memory>
 
-#include "chipsession/WindowContext.h"
-#include "core/ControlView.h"
+#include "context/ControlView.h"
+#include "context/WindowContext.h"
 
 namespace rk31::test {
 

@@ -11,7 +11,8 @@
 #include <QTimer>
 
 #include "chipsession/ChipStateMachine.h"
-#include "chipsession/SessionControls.h"
+#include "chipsession/UpdateControl.h"
+#include "commands/SessionControls.h"
 #include "core/DeviceError.h"
 #include "core/Services.h"
 #include "display/RealTimeDisplayBar.h"
@@ -20,7 +21,6 @@
 #include "link/widgets/frmComport.h"
 #include "mainwindows/MainForm2Parts.h"
 #include "params/FieldValidation.h"
-#include "params/UpdateControl.h"
 #include "pointwindows/widgets/PointWindows.h"
 #include "programming/widgets/frmadvanced.h"
 #include "shell/DeviceSession.h"
@@ -74,7 +74,7 @@ std::unique_ptr<QWidget> advancedAfterRead(SceneContext& context) {
 std::unique_ptr<QWidget> connectedMainWindow(std::unique_ptr<TwoPartWindow> window) {
     WindowContext& ctx = window->context();
     ctx.session.ConnectProgrammer(1, ctx.prompts);
-    ctx.machine.SetConnectionState(1);
+    Machine(ctx).SetConnectionState(1);
     ctx.view.setText(ctl::connect, -1, QStringLiteral("Disconnect"));
     if (!ctx.oneSupply()) {
         ctx.view.setValue(ctl::PartEnable, 0, 1);

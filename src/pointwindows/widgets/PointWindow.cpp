@@ -9,12 +9,12 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
-#include "chipsession/SessionControls.h"
+#include "commands/Connection.h"
+#include "commands/SessionControls.h"
+#include "commands/SettingsCommands.h"
 #include "display/CurveExport.h"
 #include "display/TransferCurvePlot.h"
-#include "link/Connection.h"
 #include "params/FieldValidation.h"
-#include "params/SettingsCommands.h"
 #include "pointwindows/widgets/SensorSketch.h"
 #include "windowkit/CommandHelp.h"
 

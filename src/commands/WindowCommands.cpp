@@ -1,11 +1,11 @@
-#include "chipsession/WindowCommands.h"
+#include "commands/WindowCommands.h"
 
 #include "chipsession/ModeChange.h"
-#include "chipsession/WindowContext.h"
+#include "context/WindowContext.h"
 #include "core/Prompts.h"
+#include "programming/ConfigSolvers.h"
 #include "programming/SolverInputs.h"
 #include "shell/DeviceSession.h"
-#include "solver/PointSolvers.h"
 
 namespace rk31 {
 

@@ -1,6 +1,6 @@
-#include "chipsession/WindowContext.h"
+#include "context/WindowContext.h"
 
-#include "core/ControlView.h"
+#include "context/ControlView.h"
 
 namespace rk31 {
 

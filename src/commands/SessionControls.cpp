@@ -1,13 +1,14 @@
-#include "chipsession/SessionControls.h"
+#include "commands/SessionControls.h"
+#include "chipsession/ChipStateMachine.h"
 
 #include "chipsession/ModeChange.h"
-#include "chipsession/WindowContext.h"
-#include "core/ControlView.h"
+#include "chipsession/UpdateControl.h"
+#include "context/ControlView.h"
+#include "context/WindowContext.h"
 #include "core/DeviceError.h"
 #include "core/Formats.h"
 #include "core/Prompts.h"
 #include "params/FieldValidation.h"
-#include "params/UpdateControl.h"
 #include "programming/ProgramSequence.h"
 #include "shell/DeviceSession.h"
 
@@ -91,9 +92,9 @@ void powerOff(WindowContext& ctx, std::int16_t part) {
         QStringLiteral("Power Off Chip...In transition to Connecting with Programmer..."));
     ctx.ui.processEvents();
     if (ctx.oneSupply()) {
-        ctx.machine.ChipChangeToState(2, AdcMode, PowerOff);
+        Machine(ctx).ChipChangeToState(2, AdcMode, PowerOff);
     } else {
-        ctx.machine.ChipChangeToState(part, ctx.session.ChipState[part], PowerOff);
+        Machine(ctx).ChipChangeToState(part, ctx.session.ChipState[part], PowerOff);
     }
     ctx.view.setText(ctl::PowerOn, ctx.sessionIndex(part), kPowerOnCaption);
 }
@@ -102,7 +103,7 @@ void powerOff(WindowContext& ctx, std::int16_t part) {
 
 void TwoPartWindowLoad(WindowContext& ctx) {
     ctx.session.ResetForWindowLoad(true);
-    ctx.machine.SetConnectionState(0);
+    Machine(ctx).SetConnectionState(0);
     UpdateControl(ctx);
     if (!ctx.oneSupply()) {
         // What a click on each part's enable box does, for Part#1 and then Part#2.
@@ -261,7 +262,7 @@ void PrepareDevice(WindowContext& ctx, int part) {
     if (failed) {
         ctx.prompts.message(QStringLiteral("Failed in programming device"));
     }
-    ctx.machine.ChipChangeToState(bothParts ? 2 : p, OwiMode, OwiMode);
+    Machine(ctx).ChipChangeToState(bothParts ? 2 : p, OwiMode, OwiMode);
     wait->TextChange(QStringLiteral("System is self correcting... Please Wait..."));
     CheckDACCalibration(ctx, bothParts ? kBothParts : p);
     if (ctx.pointWindowHasPower) {

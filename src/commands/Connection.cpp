@@ -1,11 +1,12 @@
-#include "link/Connection.h"
+#include "commands/Connection.h"
+#include "chipsession/ChipStateMachine.h"
 
-#include "chipsession/SessionControls.h"
-#include "chipsession/WindowContext.h"
-#include "core/ControlView.h"
+#include "chipsession/UpdateControl.h"
+#include "commands/SessionControls.h"
+#include "context/ControlView.h"
+#include "context/WindowContext.h"
 #include "core/DeviceError.h"
 #include "core/Prompts.h"
-#include "params/UpdateControl.h"
 #include "shell/DeviceSession.h"
 
 namespace rk31 {
@@ -39,7 +40,7 @@ void connect(WindowContext& ctx) {
             return;
         }
         try {
-            ctx.machine.SetConnectionState(1);
+            Machine(ctx).SetConnectionState(1);
         } catch (const DeviceError& e) {
             // The session is open, as after a channel that failed to open; a part that could not
             // be powered off keeps its recorded state, and the power commands can try again.
@@ -70,7 +71,7 @@ void disconnect(WindowContext& ctx) {
         // The object is released whatever closing the channel answered.
         ctx.prompts.message(e.description());
     }
-    ctx.machine.SetConnectionState(0);
+    Machine(ctx).SetConnectionState(0);
     if (ctx.isTwoPart()) {
         UpdateControl(ctx);
     }

@@ -6,10 +6,8 @@
 #include <memory>
 #include <vector>
 
-#include "chipsession/ChipStateMachine.h"
-#include "params/PartParameters.h"
-#include "params/Validation.h"
-#include "programming/SolverInputs.h"
+#include "context/PartParameters.h"
+#include "context/WindowFamily.h"
 
 namespace rk31 {
 
@@ -110,13 +108,7 @@ inline const QString Image1 = QStringLiteral("Image1");
 struct WindowContext {
     WindowContext(WindowFamily family, DeviceSession& session, ControlView& view, Prompts& prompts,
                   Pause& pause, WindowUi& ui)
-        : family(family),
-          session(session),
-          view(view),
-          prompts(prompts),
-          pause(pause),
-          ui(ui),
-          machine(session, prompts, pause) {}
+        : family(family), session(session), view(view), prompts(prompts), pause(pause), ui(ui) {}
 
     const WindowFamily family;
     DeviceSession& session;
@@ -124,7 +116,6 @@ struct WindowContext {
     Prompts& prompts;
     Pause& pause;
     WindowUi& ui;
-    ChipStateMachine machine;
 
     std::array<PartParameters, 2> params{};
     std::array<SolverInputs, 2> inputs{};

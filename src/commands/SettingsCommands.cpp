@@ -1,9 +1,9 @@
-#include "params/SettingsCommands.h"
+#include "commands/SettingsCommands.h"
 
 #include <vector>
 
-#include "chipsession/WindowContext.h"
-#include "core/ControlView.h"
+#include "context/ControlView.h"
+#include "context/WindowContext.h"
 #include "core/Prompts.h"
 #include "params/FieldValidation.h"
 #include "params/SettingsFile.h"

@@ -1,9 +1,9 @@
-#include "params/UpdateControl.h"
+#include "chipsession/UpdateControl.h"
 
 #include <initializer_list>
 
-#include "chipsession/WindowContext.h"
-#include "core/ControlView.h"
+#include "context/ControlView.h"
+#include "context/WindowContext.h"
 #include "shell/DeviceSession.h"
 
 namespace rk31 {

@@ -32,4 +32,14 @@ struct PartParameters {
     float HYS = 1.0f;
 };
 
+// The per-part working copy the solvers reorder and fill before it is sent.
+struct SolverInputs {
+    std::array<float, 4> WorkAngle{};
+    std::array<float, 4> WorkLevel{};
+    float WorkSlope = EmptyValue;
+    float WorkOP = EmptyValue;
+    float WorkHYS = EmptyValue;
+    float WorkPolarity = 0;
+};
+
 }  // namespace rk31

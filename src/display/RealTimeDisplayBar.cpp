@@ -56,6 +56,50 @@ QLineEdit* makeNumberBox(const QString& name, QWidget* parent) {
     return box;
 }
 
+// What one reading of a part shows: its caption, a bar up to `maximum` with the full scale
+// beside it, the number, and the number's unit when it has one. Control names start with
+// `name` ("Percent", "Angle").
+struct ReadingSpec {
+    const char* name;
+    QString caption;
+    int maximum;
+    QString scale;
+    QString unit;
+};
+
+struct ReadingRow {
+    QLabel* label;
+    QProgressBar* bar;
+    QLineEdit* text;
+};
+
+// The caption on grid row `row`, the bar and its number on the row below.
+ReadingRow addReadingRow(QGridLayout* grid, int row, int part, const ReadingSpec& spec,
+                         QWidget* frame) {
+    const auto named = [&spec, part](const char* what) {
+        return QStringLiteral("%1%2_%3")
+            .arg(QLatin1String(spec.name), QLatin1String(what))
+            .arg(part);
+    };
+    auto* label = new QLabel(spec.caption, frame);
+    label->setObjectName(named("Caption"));
+    auto* bar = makeBar(named("Bar"), spec.maximum, spec.caption, frame);
+    auto* scale = new QLabel(spec.scale, frame);
+    scale->setObjectName(named("Scale"));
+    auto* text = makeNumberBox(named("Text"), frame);
+    label->setBuddy(text);
+    grid->addWidget(label, row, 0, 1, 4);
+    grid->addWidget(bar, row + 1, 0);
+    grid->addWidget(scale, row + 1, 1);
+    grid->addWidget(text, row + 1, 2);
+    if (!spec.unit.isEmpty()) {
+        auto* unit = new QLabel(spec.unit, frame);
+        unit->setObjectName(named("Unit"));
+        grid->addWidget(unit, row + 1, 3);
+    }
+    return {label, bar, text};
+}
+
 // A bar cannot show a value outside its range; a reading just below 101 fills it.
 int barValue(double value, const QProgressBar& bar) {
     return std::clamp(RoundToInt32(value), bar.minimum(), bar.maximum());
@@ -88,40 +132,24 @@ RealTimeDisplayBar::RealTimeDisplayBar(QWidget* parent) : QDialog(parent) {
         frame->setObjectName(indexed("Frame", i));
         auto* grid = new QGridLayout(frame);
 
-        const QString percentCaption =
-            QStringLiteral("Measured Output of %1 in Percentage of Voltage:").arg(partName);
-        auto* percentLabel = new QLabel(percentCaption, frame);
-        percentLabel->setObjectName(indexed("PercentCaption", i));
-        m_percentBars[at] = makeBar(indexed("PercentBar", i), 100, percentCaption, frame);
-        auto* percentScale = new QLabel(QStringLiteral("100%"), frame);
-        percentScale->setObjectName(indexed("PercentScale", i));
-        m_percentTexts[at] = makeNumberBox(indexed("PercentText", i), frame);
-        percentLabel->setBuddy(m_percentTexts[at]);
-
-        const QString angleCaption =
-            QStringLiteral("Measured Output of %1 in Angle (deg):").arg(partName);
-        auto* angleLabel = new QLabel(angleCaption, frame);
-        angleLabel->setObjectName(indexed("AngleCaption", i));
-        m_angleBars[at] = makeBar(indexed("AngleBar", i), 360, angleCaption, frame);
-        auto* angleScale = new QLabel(QStringLiteral("360 deg"), frame);
-        angleScale->setObjectName(indexed("AngleScale", i));
-        m_angleTexts[at] = makeNumberBox(indexed("AngleText", i), frame);
-        auto* angleUnit = new QLabel(QStringLiteral("deg"), frame);
-        angleUnit->setObjectName(indexed("AngleUnit", i));
-        angleLabel->setBuddy(m_angleTexts[at]);
-
-        grid->addWidget(percentLabel, 0, 0, 1, 4);
-        grid->addWidget(m_percentBars[at], 1, 0);
-        grid->addWidget(percentScale, 1, 1);
-        grid->addWidget(m_percentTexts[at], 1, 2);
-        grid->addWidget(angleLabel, 2, 0, 1, 4);
-        grid->addWidget(m_angleBars[at], 3, 0);
-        grid->addWidget(angleScale, 3, 1);
-        grid->addWidget(m_angleTexts[at], 3, 2);
-        grid->addWidget(angleUnit, 3, 3);
+        const ReadingRow percent = addReadingRow(
+            grid, 0, i,
+            {"Percent",
+             QStringLiteral("Measured Output of %1 in Percentage of Voltage:").arg(partName), 100,
+             QStringLiteral("100%"), QString()},
+            frame);
+        const ReadingRow angle = addReadingRow(
+            grid, 2, i,
+            {"Angle", QStringLiteral("Measured Output of %1 in Angle (deg):").arg(partName), 360,
+             QStringLiteral("360 deg"), QStringLiteral("deg")},
+            frame);
+        m_percentBars[at] = percent.bar;
+        m_percentTexts[at] = percent.text;
+        m_angleBars[at] = angle.bar;
+        m_angleTexts[at] = angle.text;
         grid->setColumnStretch(0, 1);
-        grid->setRowMinimumHeight(2, percentLabel->sizeHint().height() + 6);
-        grid->setAlignment(angleLabel, Qt::AlignBottom);
+        grid->setRowMinimumHeight(2, percent.label->sizeHint().height() + 6);
+        grid->setAlignment(angle.label, Qt::AlignBottom);
         layout->addWidget(frame);
     }
 

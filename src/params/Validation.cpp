@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "context/PartParameters.h"
 #include "core/Formats.h"
@@ -77,6 +78,64 @@ void pointMessage(WindowFamily family, PointBox box, const QString& field, const
 void switchMessage(int part, const QString& field, const QString& resource, Prompts& prompts) {
     prompts.message(partName(part) + QStringLiteral(": ") + field + QStringLiteral("  ") +
                     resource);
+}
+
+// The rule of a box that keeps its value: a text that is no number keeps nothing (and is
+// reported unless empty), a number below 0 or beyond the top of the range is corrected to that
+// end with its message, anything else is kept as `keep` formats it.
+struct FieldRule {
+    std::function<void(const QString& resource)> say;
+    bool belowZero = false;
+    std::function<bool(float)> beyondTop;
+    struct {
+        QString resource;
+        QString text;
+        float value = 0;
+    } top;
+    std::function<Validated(const Reading&)> keep;
+};
+
+Validated ApplyRule(const QString& text, Prompts& prompts, const FieldRule& rule) {
+    const Reading r = read(text, prompts);
+    if (!r.valid) {
+        if (!text.isEmpty()) {
+            rule.say(InputInvalidText);
+        }
+        return {QString(), EmptyValue};
+    }
+    if (rule.belowZero && r.value < 0) {
+        rule.say(InputBelowZeroText);
+        return {QStringLiteral("0"), 0.0f};
+    }
+    if (rule.beyondTop && rule.beyondTop(r.value)) {
+        rule.say(rule.top.resource);
+        return {rule.top.text, rule.top.value};
+    }
+    return rule.keep(r);
+}
+
+std::function<void(const QString&)> switchSayer(int part, const QString& field, Prompts& prompts) {
+    return [part, field, &prompts](const QString& resource) {
+        switchMessage(part, field, resource, prompts);
+    };
+}
+
+Validated SnapToQuarter(const Reading& r) {
+    // The chip takes the hysteresis in quarter degrees; snap to the nearest quarter.
+    const float whole = std::floor(r.value);
+    const float fraction = r.value - whole;
+    float quarter = 1.0f;
+    if (fraction < 0.125f) {
+        quarter = 0.0f;
+    } else if (fraction < 0.375f) {
+        quarter = 0.25f;
+    } else if (fraction < 0.625f) {
+        quarter = 0.5f;
+    } else if (fraction < 0.875f) {
+        quarter = 0.75f;
+    }
+    const float value = whole + quarter;
+    return {FormatSingle(value, 2), value};
 }
 
 }  // namespace
@@ -191,66 +250,41 @@ Validated ValidateLevel(const QString& text, WindowFamily family, PointBox box, 
 }
 
 Validated ValidateSlope(const QString& text, int part, Prompts& prompts) {
-    const Reading r = read(text, prompts);
-    if (!r.valid) {
-        if (!text.isEmpty()) {
-            prompts.message(partName(part) + QStringLiteral(": Slope ") + InputInvalidText);
-        }
-        return {QString(), EmptyValue};
-    }
-    return {shown(r, text, 4), r.value};
+    return ApplyRule(
+        text, prompts,
+        {.say =
+             [part, &prompts](const QString& resource) {
+                 prompts.message(partName(part) + QStringLiteral(": Slope ") + resource);
+             },
+         // A slope may be any number.
+         .belowZero = false,
+         .beyondTop = nullptr,
+         .top = {},
+         .keep =
+             [&text](const Reading& r) {
+                 return Validated{shown(r, text, 4), r.value};
+             }});
 }
 
 Validated ValidateOP(const QString& text, int part, Prompts& prompts) {
-    const Reading r = read(text, prompts);
-    if (!r.valid) {
-        if (!text.isEmpty()) {
-            switchMessage(part, QStringLiteral("OP"), InputInvalidText, prompts);
-        }
-        return {QString(), EmptyValue};
-    }
-    if (r.value < 0) {
-        switchMessage(part, QStringLiteral("OP"), InputBelowZeroText, prompts);
-        return {QStringLiteral("0"), 0.0f};
-    }
-    if (r.value >= kAngleLimit) {
-        switchMessage(part, QStringLiteral("OP"), InputAbove360Text, prompts);
-        return {QStringLiteral("359.99"), kLastAngle};
-    }
-    return {shown(r, text, 2), r.value};
+    return ApplyRule(text, prompts,
+                     {.say = switchSayer(part, QStringLiteral("OP"), prompts),
+                      .belowZero = true,
+                      .beyondTop = [](float value) { return value >= kAngleLimit; },
+                      .top = {InputAbove360Text, QStringLiteral("359.99"), kLastAngle},
+                      .keep =
+                          [&text](const Reading& r) {
+                              return Validated{shown(r, text, 2), r.value};
+                          }});
 }
 
 Validated ValidateHYS(const QString& text, int part, Prompts& prompts) {
-    const Reading r = read(text, prompts);
-    if (!r.valid) {
-        if (!text.isEmpty()) {
-            switchMessage(part, QStringLiteral("HYS"), InputInvalidText, prompts);
-        }
-        return {QString(), EmptyValue};
-    }
-    if (r.value < 0) {
-        switchMessage(part, QStringLiteral("HYS"), InputBelowZeroText, prompts);
-        return {QStringLiteral("0"), 0.0f};
-    }
-    if (r.value > kHYSMaximum) {
-        switchMessage(part, QStringLiteral("HYS"), HYSAboveMaximumText, prompts);
-        return {QStringLiteral("15.75"), kHYSMaximum};
-    }
-    // The chip takes the hysteresis in quarter degrees; snap to the nearest quarter.
-    const float whole = std::floor(r.value);
-    const float fraction = r.value - whole;
-    float quarter = 1.0f;
-    if (fraction < 0.125f) {
-        quarter = 0.0f;
-    } else if (fraction < 0.375f) {
-        quarter = 0.25f;
-    } else if (fraction < 0.625f) {
-        quarter = 0.5f;
-    } else if (fraction < 0.875f) {
-        quarter = 0.75f;
-    }
-    const float value = whole + quarter;
-    return {FormatSingle(value, 2), value};
+    return ApplyRule(text, prompts,
+                     {.say = switchSayer(part, QStringLiteral("HYS"), prompts),
+                      .belowZero = true,
+                      .beyondTop = [](float value) { return value > kHYSMaximum; },
+                      .top = {HYSAboveMaximumText, QStringLiteral("15.75"), kHYSMaximum},
+                      .keep = SnapToQuarter});
 }
 
 // These boxes keep no value: a text that is no number by the rules' own test (a lowercase "e"

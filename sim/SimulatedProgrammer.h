@@ -3,7 +3,7 @@
 #include <map>
 #include <memory>
 
-#include "link/PortProber.h"
+#include "core/PortProber.h"
 #include "link/QZ7734Device.h"
 #include "sim/SimConfig.h"
 #include "sim/SimulatedBox.h"

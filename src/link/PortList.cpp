@@ -2,7 +2,7 @@
 
 #include "core/NumberText.h"
 #include "core/Rounding.h"
-#include "link/PortProber.h"
+#include "core/PortProber.h"
 
 namespace rk31 {
 

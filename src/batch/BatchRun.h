@@ -18,6 +18,10 @@ namespace rk31 {
 
 class Pause;
 
+// The captions by which the windows' Connect and Power On buttons choose what they do.
+inline const QString kConnectCaption = QStringLiteral("Connect");
+inline const QString kPowerOnCaption = QStringLiteral("Power On");
+
 // Which window a settings file belongs to, judged by its first lines: the one-part point file
 // starts "Part #Index:", the two-part windows' file has "VDD is(V):" on line 2, anything else is
 // read as the dual point windows' file. The window's own Load then judges the file.

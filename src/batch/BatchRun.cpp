@@ -12,15 +12,9 @@
 #include "chipsession/SessionControls.h"
 #include "core/DeviceError.h"
 #include "link/Connection.h"
-#include "link/DeviceFactory.h"
-#include "params/PartParameters.h"
-#include "params/SettingsCommands.h"
 #include "params/UpdateControl.h"
 #include "programming/ProgramSequence.h"
-#include "programming/SolverInputs.h"
 #include "shell/DeviceSession.h"
-#include "solver/Curve.h"
-#include "solver/PointSolvers.h"
 
 namespace rk31 {
 

@@ -52,4 +52,10 @@ set -e
 [ "$code" = 2 ] || fail "no driver should exit 2, not $code"
 grep -q "^No device driver provides QZ7734Module.QZ7734Device! Searched: " <<<"$out" ||
     fail "no driver is not said"
+# The window program starts without any driver as well (and runs until it is stopped).
+set +e
+out=$(QT_QPA_PLATFORM=offscreen timeout 3 "$work/prefix/bin/rk31gui" /1 2>&1)
+code=$?
+set -e
+[ "$code" = 124 ] || fail "rk31gui without a driver ended with $code instead of running"
 echo "out-of-tree driver: ok"

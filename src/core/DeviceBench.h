@@ -4,7 +4,7 @@
 
 namespace rk31 {
 
-// The installed bench, or nullptr when the device in use is not the simulated programmer.
+// The installed bench, or nullptr when the driver in use offers none.
 DeviceBench* InstalledDeviceBench();
 // For the life of the bench; nullptr removes it.
 void InstallDeviceBench(DeviceBench* bench);

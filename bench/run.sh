@@ -94,3 +94,8 @@ echo "(c) Real-time output display over 10 s, magnet turning, Part#1 in ADC mode
 for latency in 0 30 60; do
     run "$bin/display_bench" 10 "$latency"
 done
+
+echo
+echo "(d) rk31prog on a production line: 1,000 chips in a row, both parts programmed and verified,"
+echo "    simulator without latency"
+run "$bin/batch_bench" 1000

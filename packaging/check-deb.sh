@@ -12,6 +12,18 @@ package=$(ls build/rk31gui_*.deb)
 DEBIAN_FRONTEND=noninteractive apt-get install -y "./$package"
 trap 'apt-get remove -y rk31gui >/dev/null' EXIT
 
+# The installed programs find the installed simulated programmer: rk31prog programs a chip on it.
+sample=$(mktemp)
+printf 'Part #Index:0\r\nDirection is:0\r\nDP is(deg):260.00\r\nClamp High is(%%):95.00\r\nClamp Low is(%%):5.00\r\nAngle of Point A is(deg):20.00\r\nLevel of Point A is(%%):10.00\r\nAngle of Point B is(deg):200.00\r\nLevel of Point B is(%%):90.00\r\n' >"$sample"
+if ! (cd / && env -u RK31_DRIVER_PATH RK31_SIM='latency=0;angle=100' /usr/bin/rk31prog program \
+    "$sample" --port 1 --verify -q); then
+    echo "installed rk31prog could not program a chip on the installed simulated programmer" >&2
+    rm -f "$sample"
+    exit 1
+fi
+rm -f "$sample"
+echo "installed rk31prog programmed and verified a chip on the installed driver"
+
 display=:77
 Xvfb "$display" -screen 0 1280x720x24 -noreset >/dev/null 2>&1 &
 xvfb=$!

@@ -1,7 +1,7 @@
 #include <QStringList>
 #include <variant>
 
-#include "core/DeviceError.h"
+#include "rk31/DeviceError.h"
 #include "sim/SimulatedProgrammer.h"
 
 namespace rk31::sim {

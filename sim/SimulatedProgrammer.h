@@ -3,8 +3,8 @@
 #include <map>
 #include <memory>
 
-#include "core/PortProber.h"
 #include "link/QZ7734Device.h"
+#include "rk31/PortProber.h"
 #include "sim/SimConfig.h"
 #include "sim/SimulatedBox.h"
 #include "sim/TrafficRecorder.h"

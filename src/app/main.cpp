@@ -3,10 +3,13 @@
 #include <QStringList>
 
 #include "app/Startup.h"
+#include "core/DeviceBench.h"
 #include "core/Services.h"
 #include "core/widgets/QtPrompts.h"
-#include "sim/SimulatedProgrammer.h"
-#include "sim/bench/SimulationBench.h"
+#include "drivers/DriverCatalog.h"
+#include "drivers/NoPorts.h"
+#include "link/DeviceFactory.h"
+#include "rk31/DeviceDriver.h"
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
@@ -14,11 +17,15 @@ int main(int argc, char** argv) {
 
     rk31::QtPrompts prompts;
     rk31::QtPause pause;
-    // No driver for a real programmer box exists yet: the simulated one is the default, and its
-    // bench comes with it (built only when opened).
-    auto simulation = rk31::sim::InstallSimulationFromEnvironment();
-    rk31::InstallServices({&prompts, &pause, simulation.ports.get()});
-    rk31::sim::SimulationBench bench(simulation);
+    // The driver is chosen at start because the port dialog probes its ports and the windows
+    // offer its bench; without one the program still starts, and Connect says what is missing.
+    rk31::DeviceDriver* driver =
+        rk31::DriverCatalog::instance().driverFor(QString::fromLatin1(rk31::kDeviceProgId));
+    rk31::NoPorts noPorts;
+    rk31::PortProber* ports = driver && driver->ports() ? driver->ports() : &noPorts;
+    rk31::InstallServices({&prompts, &pause, ports});
+    rk31::DeviceBench* bench = driver ? driver->bench() : nullptr;
+    rk31::InstallDeviceBench(bench);
 
     // The switch is the whole command line, as the platform hands it over.
     const QString commandLine = app.arguments().mid(1).join(u' ');
@@ -28,6 +35,8 @@ int main(int argc, char** argv) {
         return 1;
     }
     window->show();
-    bench.openIfRequested(window.get());
+    if (bench != nullptr && qEnvironmentVariable("RK31_BENCH") == u"1") {
+        bench->open(window.get());
+    }
     return app.exec();
 }

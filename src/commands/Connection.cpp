@@ -5,8 +5,8 @@
 #include "commands/SessionControls.h"
 #include "context/ControlView.h"
 #include "context/WindowContext.h"
-#include "core/DeviceError.h"
 #include "core/Prompts.h"
+#include "rk31/DeviceError.h"
 #include "shell/DeviceSession.h"
 
 namespace rk31 {

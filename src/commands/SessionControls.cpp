@@ -5,11 +5,11 @@
 #include "chipsession/UpdateControl.h"
 #include "context/ControlView.h"
 #include "context/WindowContext.h"
-#include "core/DeviceError.h"
 #include "core/Formats.h"
 #include "core/Prompts.h"
 #include "params/FieldValidation.h"
 #include "programming/ProgramSequence.h"
+#include "rk31/DeviceError.h"
 #include "shell/DeviceSession.h"
 
 namespace rk31 {

@@ -15,11 +15,11 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "core/DeviceError.h"
 #include "core/Formats.h"
 #include "core/Prompts.h"
 #include "core/Rounding.h"
 #include "core/Services.h"
+#include "rk31/DeviceError.h"
 #include "shell/DeviceSession.h"
 
 namespace rk31 {

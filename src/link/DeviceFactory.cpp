@@ -4,7 +4,10 @@
 #include <QtGlobal>
 #include <cstdio>
 
+#include "drivers/DriverCatalog.h"
 #include "link/LoggingDevice.h"
+#include "rk31/DeviceDriver.h"
+#include "rk31/DeviceError.h"
 
 namespace rk31 {
 
@@ -43,10 +46,17 @@ void DeviceFactory::Unregister(const QString& progId) {
 
 std::shared_ptr<QZ7734Device> DeviceFactory::Create(const QString& progId) {
     const auto it = creators().constFind(progId);
-    if (it == creators().constEnd() || !*it) {
-        return nullptr;
+    std::shared_ptr<QZ7734Device> device;
+    if (it != creators().constEnd()) {
+        device = *it ? (*it)() : nullptr;
+    } else {
+        DriverCatalog& drivers = DriverCatalog::instance();
+        DeviceDriver* driver = drivers.driverFor(progId);
+        if (driver == nullptr) {
+            throw DeviceError(NoDriverMessage(progId, drivers.folders()));
+        }
+        device = driver->create(progId);
     }
-    auto device = (*it)();
     // No object, no log file: a component that cannot be created leaves nothing behind.
     return device ? WrapWithLog(std::move(device), logFromEnvironment()) : nullptr;
 }

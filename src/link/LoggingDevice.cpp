@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <charconv>
 
-#include "core/DeviceError.h"
+#include "rk31/DeviceError.h"
 
 namespace rk31 {
 

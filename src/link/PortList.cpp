@@ -2,7 +2,7 @@
 
 #include "core/NumberText.h"
 #include "core/Rounding.h"
-#include "core/PortProber.h"
+#include "rk31/PortProber.h"
 
 namespace rk31 {
 

@@ -9,7 +9,6 @@
 #include "commands/SessionControls.h"
 #include "context/ControlView.h"
 #include "context/WindowContext.h"
-#include "core/DeviceError.h"
 #include "core/Formats.h"
 #include "core/NumberText.h"
 #include "core/Prompts.h"
@@ -17,6 +16,7 @@
 #include "params/Validation.h"
 #include "programming/AngleCapture.h"
 #include "programming/ProgramSequence.h"
+#include "rk31/DeviceError.h"
 #include "shell/DeviceSession.h"
 #include "solver/Curve.h"
 
@@ -185,7 +185,8 @@ void SetPointACommand(WindowContext& ctx, const PointWindowTraits& traits) {
     }
 }
 
-bool SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits) {
+bool SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits,
+                      const SetPointBOptions& options) {
     const std::int16_t part = traits.bothParts ? kBothParts : chosenPart(ctx);
     if (traits.bothParts) {
         ToOWIModeBothParts(ctx);
@@ -196,14 +197,17 @@ bool SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits) {
         ctx.prompts.message(QString::fromLatin1(kNotInOwiModeText));
         return false;
     }
-    if (traits.bothParts) {
+    if (options.capturePointB && traits.bothParts) {
         showAngle(ctx, traits, 0, 1, readAngle(ctx, 0));
         showAngle(ctx, traits, 1, 1, readAngle(ctx, 1));
-    } else if (!traits.offsets) {
+    } else if (options.capturePointB && !traits.offsets) {
         showAngle(ctx, traits, part, 1, readAngle(ctx, part));
     }
     bool programmed = false;
     attempt(ctx, [&ctx, part, &programmed] { programmed = PointProgramAction(ctx, part); });
+    if (options.beforePowerOff) {
+        attempt(ctx, [&options, programmed] { options.beforePowerOff(programmed); });
+    }
     attempt(ctx, [&ctx, part] { PowerOffIfPowered(ctx, part == kBothParts ? -1 : part); });
     // Whatever happened above, the flag must not outlive the attempt to power the part off.
     ctx.powered = false;

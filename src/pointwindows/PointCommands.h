@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 namespace rk31 {
 
@@ -34,7 +35,15 @@ void SetPointACommand(WindowContext& ctx, const PointWindowTraits& traits);
 // Set point B ("Program" with offsets): captures point B, programs the part(s), powers them
 // off and recomputes their curve, whatever the programming reported. True when the part(s)
 // ended with a programmed EEPROM.
-bool SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits);
+// The batch programmer runs the same action on the points of a settings file: it keeps the
+// stored point B and checks the programmed part before it is powered off.
+struct SetPointBOptions {
+    bool capturePointB = true;
+    // Between programming and powering off, with what the programming reported.
+    std::function<void(bool programmed)> beforePowerOff;
+};
+bool SetPointBCommand(WindowContext& ctx, const PointWindowTraits& traits,
+                      const SetPointBOptions& options = {});
 // Get DP: the DP half a turn away from the sensed angle of the part(s).
 void PointGetDPCommand(WindowContext& ctx, const PointWindowTraits& traits);
 // The offset boxes' lost-focus rule: corrected without a message.

@@ -3,8 +3,8 @@
 #include <cctype>
 
 #include "chipsession/ChipStateMachine.h"
-#include "core/DeviceError.h"
 #include "core/Prompts.h"
+#include "rk31/DeviceError.h"
 #include "shell/DeviceSession.h"
 
 namespace rk31 {

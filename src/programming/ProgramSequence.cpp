@@ -7,11 +7,11 @@
 #include "chipsession/ModeChange.h"
 #include "context/ControlView.h"
 #include "context/WindowContext.h"
-#include "core/DeviceError.h"
 #include "core/Formats.h"
 #include "core/Prompts.h"
 #include "programming/ConfigSolvers.h"
 #include "programming/SolverInputs.h"
+#include "rk31/DeviceError.h"
 #include "shell/DeviceSession.h"
 
 namespace rk31 {

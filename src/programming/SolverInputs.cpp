@@ -5,10 +5,10 @@
 
 #include "context/ControlView.h"
 #include "context/WindowContext.h"
-#include "core/DeviceError.h"
 #include "core/Prompts.h"
 #include "core/Rounding.h"
 #include "params/Validation.h"
+#include "rk31/DeviceError.h"
 #include "shell/DeviceSession.h"
 #include "solver/PointSolvers.h"
 

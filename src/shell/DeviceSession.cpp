@@ -1,8 +1,8 @@
 #include "shell/DeviceSession.h"
 
-#include "core/DeviceError.h"
 #include "core/Prompts.h"
 #include "link/DeviceFactory.h"
+#include "rk31/DeviceError.h"
 
 namespace rk31 {
 

@@ -16,7 +16,6 @@
 
 #include "core/AppTitle.h"
 #include "core/DeviceBench.h"
-#include "core/DeviceError.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
 #include "core/widgets/BusyCursor.h"
@@ -24,6 +23,7 @@
 #include "display/frmLinearGraph.h"
 #include "link/widgets/frmComport.h"
 #include "programming/widgets/frmadvanced.h"
+#include "rk31/DeviceError.h"
 #include "shell/DeviceSession.h"
 #include "shell/widgets/About.h"
 #include "shell/widgets/confirm.h"

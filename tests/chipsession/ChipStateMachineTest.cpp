@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "chipsession/ChipStateMachine.h"
-#include "core/DeviceError.h"
 #include "link/DeviceFactory.h"
+#include "rk31/DeviceError.h"
 #include "shell/DeviceSession.h"
 #include "sim/SimulatedProgrammer.h"
 #include "support/ScriptedPrompts.h"

@@ -4,8 +4,8 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
-#include "core/DeviceError.h"
 #include "link/DeviceFactory.h"
+#include "rk31/DeviceError.h"
 #include "sim/SimulatedProgrammer.h"
 
 namespace rk31 {
@@ -82,7 +82,7 @@ TEST(DeviceLog, NoObjectNoLogAndNoLogStillAWorkingObject) {
     DeviceFactory::Register(QStringLiteral("Bench.Broken"), [] { return nullptr; });
     EXPECT_FALSE(Create("Bench.Broken"));
     DeviceFactory::Unregister(QStringLiteral("Bench.Broken"));
-    EXPECT_FALSE(Create("Bench.Broken")) << "nothing registered";
+    EXPECT_THROW(Create("Bench.Broken"), DeviceError) << "nothing registered, no driver";
     EXPECT_FALSE(QFile::exists(path));
 
     LogVariable unwritable(dir.filePath(QStringLiteral("missing/folder/device.log")));

@@ -13,10 +13,10 @@
 #include <QtTest>
 
 #include "app/Startup.h"
-#include "core/DeviceError.h"
 #include "link/DeviceFactory.h"
 #include "params/SettingsFile.h"
 #include "pointwindows/PointHarness.h"
+#include "rk31/DeviceError.h"
 #include "sim/bench/CharacteristicPlot.h"
 #include "sim/bench/ProgrammerBench.h"
 #include "sim/bench/SimulationBench.h"

@@ -7,7 +7,7 @@
 #include <tuple>
 #include <vector>
 
-#include "core/DeviceError.h"
+#include "rk31/DeviceError.h"
 #include "sim/SimulatedProgrammer.h"
 
 namespace rk31::sim {

@@ -9,7 +9,7 @@
 #include "core/Prompts.h"
 #include "core/Services.h"
 #include "link/PortList.h"
-#include "core/PortProber.h"
+#include "rk31/PortProber.h"
 
 namespace rk31 {
 

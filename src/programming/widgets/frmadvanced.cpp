@@ -12,10 +12,10 @@
 #include <QVBoxLayout>
 
 #include "chipsession/ChipStateMachine.h"
-#include "core/DeviceError.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
 #include "core/widgets/BusyCursor.h"
+#include "rk31/DeviceError.h"
 #include "shell/DeviceSession.h"
 
 namespace rk31 {

@@ -61,6 +61,9 @@ TEST_F(Batch, ExitCodesMessagesAndWhatReachesTheChip) {
     const QString badNumber = file("bad.txt", test::TwoPartFile(test::kGoodPart, badList));
     const QString onePart = file("one.txt", test::OnePartPointFile(1));
     const QString dual = file("dual.txt", test::DualPointFile());
+    QStringList clockwisePart = test::kGoodPart;
+    clockwisePart[1] = "CW";
+    const QString clockwise = file("cw.txt", test::TwoPartFile(clockwisePart, clockwisePart));
     sim::SimConfig eepromFault;
     eepromFault.eepromFail = sim::kPart1;
     eepromFault.angle = 100;  // where a blank die's clamp low is not the programmed level
@@ -86,6 +89,13 @@ TEST_F(Batch, ExitCodesMessagesAndWhatReachesTheChip) {
          {"ProgramEEPROM(0)", "ReadAngle(0)", "MeasureOutput(0, 1)", "CommLock(0)",
           "CloseChannel(-1)"},
          {"PowerOnChip(1)"}},
+        {"a clockwise part verifies too",
+         {"program", clockwise, "--port", "1", "--part", "1", "--verify", "-q"},
+         magnet,
+         kExitOk,
+         {},
+         {"ProgramEEPROM(0)", "MeasureOutput(0, 1)"},
+         {}},
         {"EEPROM fault: verify fails, no lock",
          {"program", good, "--port", "1", "--part", "1", "--verify", "--lock", "-q"},
          eepromFault,

@@ -71,44 +71,28 @@ Characteristic Characteristic::FromBuffer(const std::map<int, double>& buffer) {
     return c;
 }
 
-Characteristic::Walk Characteristic::WalkFromDP(int sign) const {
-    // Each used point lies further round the circle than the one before it; a point that
-    // repeats the previous angle is not in use, and neither is any point after it.
-    Walk walk;
-    walk.sign = sign;
-    walk.u[0] = Wrap360(sign * (angle[0] - dp));
-    while (walk.used < 4) {
-        const auto k = static_cast<std::size_t>(walk.used);
-        const double step = Wrap360(sign * (angle[k] - angle[k - 1]));
-        if (step == 0) {
-            break;
-        }
-        walk.u[k] = walk.u[k - 1] + step;
-        ++walk.used;
-    }
-    return walk;
-}
-
 double Characteristic::Level(double magnetDegrees) const {
     if (blank) {
         return clampLow;
     }
-    // Positions along the curve, measured from DP where the output jumps. The die walks its
-    // points in the order they were sent: counter-clockwise (angles growing), unless that walk
-    // would cross DP before the last point and the clockwise one would not — the solver sends a
-    // clockwise characteristic's points in falling order.
-    Walk walk = WalkFromDP(+1);
-    if (walk.used > 1 && walk.u[static_cast<std::size_t>(walk.used - 1)] >= 360.0) {
-        const Walk clockwise = WalkFromDP(-1);
-        if (clockwise.u[static_cast<std::size_t>(clockwise.used - 1)] < 360.0) {
-            walk = clockwise;
+    // Positions along the curve, measured from DP where the output jumps. Each used point lies
+    // further round the circle than the one before it; a point that repeats the previous angle
+    // is not in use, and neither is any point after it.
+    std::array<double, 4> u{};
+    u[0] = Wrap360(angle[0] - dp);
+    int used = 1;
+    while (used < 4) {
+        const double step = Wrap360(angle[used] - angle[used - 1]);
+        if (step == 0) {
+            break;
         }
+        u[used] = u[used - 1] + step;
+        ++used;
     }
-    const std::array<double, 4>& u = walk.u;
-    const int used = walk.used;
+
     double out = level[0];
     if (used > 1) {
-        const double x = Wrap360(walk.sign * (magnetDegrees - dp));
+        const double x = Wrap360(magnetDegrees - dp);
         // Before the first point and past the last one the end segments' lines go on.
         int k = 0;
         while (k < used - 2 && x >= u[k + 1]) {

@@ -25,15 +25,6 @@ struct Characteristic {
 
     // The output level in percent of VDD at a magnet angle, before the DAC.
     double Level(double magnetDegrees) const;
-
-    // The used points' positions from DP, walking the circle in the direction `sign` (+1
-    // counter-clockwise, -1 clockwise).
-    struct Walk {
-        int sign = 1;
-        std::array<double, 4> u{};
-        int used = 1;
-    };
-    Walk WalkFromDP(int sign) const;
 };
 
 // An angle brought into [0, 360).

@@ -21,10 +21,6 @@ struct VerifyReading {
     bool passed = false;
 };
 
-// The level of a drawn curve at `angle`: the first segment that spans it and is not the
-// vertical jump at DP. Nothing when no segment covers the angle.
-std::optional<double> CurveLevelAt(const CurveRows& rows, double angle);
-
 // The points a part's curve is drawn with, from its rounded images (unused points are 500).
 int CurvePointCount(const RoundedImages& rounded, std::int16_t part);
 

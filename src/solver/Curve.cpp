@@ -3,6 +3,7 @@
 #include <QString>
 #include <algorithm>
 #include <initializer_list>
+#include <optional>
 #include <span>
 
 #include "core/Rounding.h"
@@ -329,6 +330,23 @@ QStringList CalLinearGraph(std::int16_t part1, std::int16_t count1, std::int16_t
         messages << CalPartCurve(count2, part2, rounded, curves);
     }
     return messages;
+}
+
+std::optional<double> CurveLevelAt(const CurveRows& rows, double angle) {
+    for (std::size_t k = 0; k < 20; ++k) {
+        const auto& a = rows[2 * k];
+        const auto& b = rows[2 * k + 1];
+        if (a[0] == 0 && a[1] == 0 && b[0] == 0 && b[1] == 0) {
+            break;
+        }
+        const double lo = std::min(a[0], b[0]);
+        const double hi = std::max(a[0], b[0]);
+        if (a[0] == b[0] || angle < lo || angle > hi) {
+            continue;
+        }
+        return a[1] + (angle - a[0]) * (b[1] - a[1]) / static_cast<double>(b[0] - a[0]);
+    }
+    return std::nullopt;
 }
 
 }  // namespace rk31

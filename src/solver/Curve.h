@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include "solver/CurveTypes.h"
 
@@ -65,5 +66,9 @@ QStringList CalPartCurve(std::int16_t count, std::int16_t part, const RoundedIma
 // The first part's curve, then the second's when count2 is not 0; the messages of both.
 QStringList CalLinearGraph(std::int16_t part1, std::int16_t count1, std::int16_t part2,
                            std::int16_t count2, const RoundedImages& rounded, CurveTables& curves);
+
+// The level of a part's drawn curve at an angle: on the first segment that spans the angle and
+// is not the vertical jump at DP; nothing when no segment covers it.
+std::optional<double> CurveLevelAt(const CurveRows& rows, double angle);
 
 }  // namespace rk31

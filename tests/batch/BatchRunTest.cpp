@@ -61,8 +61,12 @@ TEST_F(Batch, ExitCodesMessagesAndWhatReachesTheChip) {
     const QString badNumber = file("bad.txt", test::TwoPartFile(test::kGoodPart, badList));
     const QString onePart = file("one.txt", test::OnePartPointFile(1));
     const QString dual = file("dual.txt", test::DualPointFile());
+    // Clockwise, A at 20 degrees to B at 200 degrees runs down through 0; DP lies off that way.
     QStringList clockwisePart = test::kGoodPart;
     clockwisePart[1] = "CW";
+    clockwisePart[2] = "150.00";
+    sim::SimConfig onClockwiseStretch;
+    onClockwiseStretch.angle = 0;
     const QString clockwise = file("cw.txt", test::TwoPartFile(clockwisePart, clockwisePart));
     sim::SimConfig eepromFault;
     eepromFault.eepromFail = sim::kPart1;
@@ -91,7 +95,7 @@ TEST_F(Batch, ExitCodesMessagesAndWhatReachesTheChip) {
          {"PowerOnChip(1)"}},
         {"a clockwise part verifies too",
          {"program", clockwise, "--port", "1", "--part", "1", "--verify", "-q"},
-         magnet,
+         onClockwiseStretch,
          kExitOk,
          {},
          {"ProgramEEPROM(0)", "MeasureOutput(0, 1)"},

@@ -4,6 +4,7 @@
 
 #include "app/Startup.h"
 #include "pointwindows/widgets/PointWindows.h"
+#include "solver/Curve.h"
 #include "support/WindowHarness.h"
 
 namespace rk31::test {
@@ -33,25 +34,6 @@ inline std::unique_ptr<PointProgrammingWindow> openPointWindow(Bench& bench, int
     bench.prompts.messages.clear();
     bench.prompts.modalTitles.clear();
     return window;
-}
-
-// The level of a part's drawn curve at a whole angle: the first segment that spans the angle
-// and is not the vertical jump at DP. Nothing when no segment covers it.
-inline std::optional<double> curveLevelAt(const CurveRows& rows, double angle) {
-    for (int k = 0; k < 20; ++k) {
-        const auto& a = rows[static_cast<std::size_t>(2 * k)];
-        const auto& b = rows[static_cast<std::size_t>(2 * k + 1)];
-        if (a[0] == 0 && a[1] == 0 && b[0] == 0 && b[1] == 0) {
-            break;
-        }
-        const double lo = std::min(a[0], b[0]);
-        const double hi = std::max(a[0], b[0]);
-        if (a[0] == b[0] || angle < lo || angle > hi) {
-            continue;
-        }
-        return a[1] + (angle - a[0]) * (b[1] - a[1]) / static_cast<double>(b[0] - a[0]);
-    }
-    return std::nullopt;
 }
 
 }  // namespace rk31::test

@@ -296,7 +296,7 @@ void PointWindowsTest::programmedChipFollowsTheDrawnCurve() {
         const CurveRows& curve = window->context().session.CurveTable[0];
         for (const double angle : {220.0, 255.0, 290.0}) {
             bench->box().setMagnetAngle(angle);
-            const auto drawn = curveLevelAt(curve, angle);
+            const auto drawn = CurveLevelAt(curve, angle);
             QVERIFY(drawn);
             // Whole degrees and whole percent in the drawing, a 12-bit DAC in the chip.
             QVERIFY2(std::abs(bench->box().output(0) - *drawn) < 1.5,

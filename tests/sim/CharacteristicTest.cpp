@@ -32,9 +32,6 @@ TEST(Characteristic, LevelAtMagnetAngle) {
     const Characteristic single = Points({{100, 30}}, 10, 90, 0);
     const Characteristic sameAngle = Points({{0, 30}, {360, 70}}, 10, 90, 0);
     const Characteristic blank;
-    // A clockwise characteristic arrives with its points in falling order (B before A).
-    const Characteristic clockwise = Points({{200, 80}, {100, 20}}, 5, 95, 260);
-    const Characteristic clockwiseOverZero = Points({{20, 80}, {300, 20}}, 5, 95, 200);
     // clang-format off
     const struct { const char* name; const Characteristic& c; double magnet, level; } cases[] = {
         {"between the points", twoPoints, 150, 50},
@@ -52,11 +49,6 @@ TEST(Characteristic, LevelAtMagnetAngle) {
         {"one used point: a flat line", single, 0, 30},
         {"0 and 360 are one angle", sameAngle, 180, 30},
         {"blank holds clamp low", blank, 123, 5},
-        {"clockwise: at its second point", clockwise, 100, 20},
-        {"clockwise: between the points", clockwise, 150, 50},
-        {"clockwise: past the last point down to clamp low", clockwise, 60, 5},
-        {"clockwise: before the first point up to clamp high", clockwise, 240, 95},
-        {"clockwise through 360/0", clockwiseOverZero, 340, 50},
     };
     // clang-format on
     for (const auto& c : cases) {

@@ -59,7 +59,7 @@ QLineEdit* makeNumberBox(const QString& name, QWidget* parent) {
 // What one reading of a part shows: its caption, a bar up to `maximum` with the full scale
 // beside it, the number, and the number's unit when it has one. Control names start with
 // `name` ("Percent", "Angle").
-struct ReadingSpec {
+struct ReadingLook {
     const char* name;
     QString caption;
     int maximum;
@@ -74,17 +74,17 @@ struct ReadingRow {
 };
 
 // The caption on grid row `row`, the bar and its number on the row below.
-ReadingRow addReadingRow(QGridLayout* grid, int row, int part, const ReadingSpec& spec,
+ReadingRow addReadingRow(QGridLayout* grid, int row, int part, const ReadingLook& look,
                          QWidget* frame) {
-    const auto named = [&spec, part](const char* what) {
+    const auto named = [&look, part](const char* what) {
         return QStringLiteral("%1%2_%3")
-            .arg(QLatin1String(spec.name), QLatin1String(what))
+            .arg(QLatin1String(look.name), QLatin1String(what))
             .arg(part);
     };
-    auto* label = new QLabel(spec.caption, frame);
+    auto* label = new QLabel(look.caption, frame);
     label->setObjectName(named("Caption"));
-    auto* bar = makeBar(named("Bar"), spec.maximum, spec.caption, frame);
-    auto* scale = new QLabel(spec.scale, frame);
+    auto* bar = makeBar(named("Bar"), look.maximum, look.caption, frame);
+    auto* scale = new QLabel(look.scale, frame);
     scale->setObjectName(named("Scale"));
     auto* text = makeNumberBox(named("Text"), frame);
     label->setBuddy(text);
@@ -92,8 +92,8 @@ ReadingRow addReadingRow(QGridLayout* grid, int row, int part, const ReadingSpec
     grid->addWidget(bar, row + 1, 0);
     grid->addWidget(scale, row + 1, 1);
     grid->addWidget(text, row + 1, 2);
-    if (!spec.unit.isEmpty()) {
-        auto* unit = new QLabel(spec.unit, frame);
+    if (!look.unit.isEmpty()) {
+        auto* unit = new QLabel(look.unit, frame);
         unit->setObjectName(named("Unit"));
         grid->addWidget(unit, row + 1, 3);
     }

@@ -2,6 +2,8 @@
 // standard error, and the device calls they lead to.
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -23,7 +25,9 @@ struct Outcome {
     QStringList trace;
 };
 
-Outcome runBatch(const QStringList& arguments, const sim::SimConfig& config = {}) {
+// `prepare` may replace parts of the runner before it runs.
+Outcome runBatch(const QStringList& arguments, const sim::SimConfig& config = {},
+                 const std::function<void(BatchRunner&)>& prepare = {}) {
     const auto parsed = ParseBatchArguments(arguments);
     if (!parsed.options) {
         qFatal("refused: %s", qPrintable(parsed.error));
@@ -35,6 +39,9 @@ Outcome runBatch(const QStringList& arguments, const sim::SimConfig& config = {}
                        [&run](const QString& line) { run.out << line; }};
     test::RecordingPause pause;
     BatchRunner runner(*parsed.options, output, pause);
+    if (prepare) {
+        prepare(runner);
+    }
     run.exit = runner.run();
     run.trace = simulation.box->trace;
     DeviceSession::instance().resetToFreshProcess();
@@ -211,30 +218,24 @@ TEST_F(Batch, JsonGivesOneObjectPerPart) {
 
 TEST_F(Batch, CurvePrintsTheLinearGraphRowsWithoutADevice) {
     const QString good = file("good.txt", test::TwoPartFile(test::kGoodPart, test::kGoodPart));
-    const auto parsed = ParseBatchArguments({"curve", good, "--csv", "--part", "1"});
-    const sim::Simulation simulation = sim::InstallSimulation({});
-    DeviceSession::instance().resetToFreshProcess();
-    Outcome run;
-    BatchOutput output{[&run](const QString& line) { run.err << line; },
-                       [&run](const QString& line) { run.out << line; }};
-    test::RecordingPause pause;
-    BatchRunner runner(*parsed.options, output, pause);
     std::vector<int> shown;
-    runner.curveCsv = [&shown](const CurveTables& curves, const std::vector<int>& parts) {
-        shown = parts;
-        QStringList rows;
-        for (const auto& row : curves[0]) {
-            rows << QStringLiteral("%1,%2").arg(row[0]).arg(row[1]);
-        }
-        return rows;
-    };
-    EXPECT_EQ(runner.run(), kExitOk);
+    const Outcome run =
+        runBatch({"curve", good, "--csv", "--part", "1"}, {}, [&shown](BatchRunner& runner) {
+            runner.curveCsv = [&shown](const CurveTables& curves, const std::vector<int>& parts) {
+                shown = parts;
+                QStringList rows;
+                for (const auto& row : curves[0]) {
+                    rows << QStringLiteral("%1,%2").arg(row[0]).arg(row[1]);
+                }
+                return rows;
+            };
+        });
+    EXPECT_EQ(run.exit, kExitOk);
     EXPECT_TRUE(run.err.isEmpty()) << qPrintable(run.err.join('\n'));
     EXPECT_EQ(shown, std::vector<int>{0});
     EXPECT_TRUE(run.out.contains("20,10")) << qPrintable(run.out.join(' '));
     EXPECT_TRUE(run.out.contains("200,90"));
-    EXPECT_TRUE(simulation.box->trace.isEmpty());
-    DeviceSession::instance().resetToFreshProcess();
+    EXPECT_TRUE(run.trace.isEmpty());
 }
 
 }  // namespace

@@ -8,8 +8,8 @@
 #include <QLineEdit>
 #include <stdexcept>
 
-#include "context/WindowContext.h"
-#include "shell/DeviceSession.h"
+#include "device/WindowContext.h"
+#include "device/DeviceSession.h"
 
 namespace rk31::bench {
 

@@ -6,9 +6,9 @@
 #include <functional>
 #include <memory>
 
-#include "core/Prompts.h"
+#include "domain/Prompts.h"
 #include "core/Services.h"
-#include "mainwindows/MainForm2Parts.h"
+#include "ui/windows/MainForm2Parts.h"
 #include "sim/SimulatedProgrammer.h"
 
 namespace rk31::bench {

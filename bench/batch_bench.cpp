@@ -13,9 +13,9 @@
 
 #include "ProcStatus.h"
 #include "Report.h"
-#include "batch/BatchRun.h"
-#include "core/Prompts.h"
-#include "shell/DeviceSession.h"
+#include "procedures/batch/BatchRun.h"
+#include "domain/Prompts.h"
+#include "device/DeviceSession.h"
 #include "sim/SimulatedProgrammer.h"
 
 using namespace rk31;

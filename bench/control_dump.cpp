@@ -19,9 +19,9 @@
 #include <cstdio>
 #include <utility>
 
-#include "app/Startup.h"
+#include "ui/windows/Startup.h"
 #include "core/Services.h"
-#include "core/widgets/QtPrompts.h"
+#include "ui/kit/QtPrompts.h"
 #include "sim/SimulatedProgrammer.h"
 
 namespace {

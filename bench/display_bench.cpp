@@ -18,7 +18,7 @@
 
 #include "BenchWindow.h"
 #include "Report.h"
-#include "context/WindowContext.h"
+#include "device/WindowContext.h"
 
 using namespace rk31;
 using namespace rk31::bench;

@@ -12,7 +12,7 @@
 
 #include "BenchWindow.h"
 #include "Report.h"
-#include "context/WindowContext.h"
+#include "device/WindowContext.h"
 #include "sim/SimulatedBox.h"
 
 using namespace rk31;

@@ -11,9 +11,9 @@
 #include <ctime>
 
 #include "ProcStatus.h"
-#include "app/Startup.h"
+#include "ui/windows/Startup.h"
 #include "core/Services.h"
-#include "core/widgets/QtPrompts.h"
+#include "ui/kit/QtPrompts.h"
 #include "sim/SimulatedProgrammer.h"
 #include "sim/bench/SimulationBench.h"
 

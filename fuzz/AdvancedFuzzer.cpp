@@ -3,8 +3,8 @@
 #include <QStringList>
 
 #include "FuzzSupport.h"
-#include "chipsession/ChipStateMachine.h"
-#include "programming/AdvancedMemory.h"
+#include "device/ChipStateMachine.h"
+#include "procedures/twopart/AdvancedMemory.h"
 
 using namespace rk31;
 

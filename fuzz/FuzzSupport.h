@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "core/Prompts.h"
-#include "shell/DeviceSession.h"
+#include "domain/Prompts.h"
+#include "device/DeviceSession.h"
 #include "sim/SimulatedProgrammer.h"
 
 namespace rk31::fuzz {

@@ -3,9 +3,9 @@
 #include <cmath>
 
 #include "FuzzSupport.h"
-#include "core/Formats.h"
-#include "core/NumberText.h"
-#include "params/Validation.h"
+#include "domain/Formats.h"
+#include "domain/NumberText.h"
+#include "domain/Validation.h"
 
 using namespace rk31;
 

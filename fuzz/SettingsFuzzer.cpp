@@ -6,7 +6,7 @@
 #include <map>
 
 #include "FuzzSupport.h"
-#include "params/SettingsFile.h"
+#include "domain/SettingsFile.h"
 
 using namespace rk31;
 

@@ -3,11 +3,11 @@
 #include <memory>
 
 #include "FuzzSupport.h"
-#include "context/WindowContext.h"
-#include "programming/ConfigSolvers.h"
-#include "programming/SolverInputs.h"
-#include "solver/Curve.h"
-#include "solver/PointSolvers.h"
+#include "device/WindowContext.h"
+#include "device/ConfigSolvers.h"
+#include "device/SolverInputs.h"
+#include "domain/Curve.h"
+#include "domain/PointSolvers.h"
 #include "support/FakeWindow.h"
 
 using namespace rk31;

@@ -6,13 +6,14 @@
 #include <memory>
 
 #include "rk31/DeviceBench.h"
+#include "rk31/DeviceTraffic.h"
 #include "rk31/PortProber.h"
 #include "rk31/QZ7734Device.h"
 
 // The version after the slash changes whenever anything in the rk31/ headers changes in a way
 // that breaks a built driver; the program refuses a driver built for another version.
 #define RK31_DEVICE_DRIVER_IID_PREFIX "org.rk31gui.DeviceDriver/"
-#define RK31_DEVICE_DRIVER_IID RK31_DEVICE_DRIVER_IID_PREFIX "1"
+#define RK31_DEVICE_DRIVER_IID RK31_DEVICE_DRIVER_IID_PREFIX "2"
 
 namespace rk31 {
 
@@ -34,6 +35,9 @@ class DeviceDriver {
     // A window of the driver's own, or nullptr. Owned by the driver. Only asked for by programs
     // that show windows.
     virtual DeviceBench* bench() { return nullptr; }
+    // Where the driver wants every call of its device objects as the program logs it (for a live
+    // view of its own), or nullptr. Owned by the driver.
+    virtual DeviceTrafficSink* traffic() { return nullptr; }
 };
 
 }  // namespace rk31

@@ -1,14 +1,15 @@
 // rk31prog: the batch programmer. Programs, checks or plots one settings file from the command
 // line through the main windows' own procedures, for production lines.
 #include <unistd.h>
+
 #include <QCoreApplication>
 #include <QStringList>
 #include <QThread>
 #include <cstdio>
 
-#include "batch/BatchRun.h"
-#include "core/Prompts.h"
-#include "display/CurveExport.h"
+#include "device/Application.h"
+#include "domain/Prompts.h"
+#include "procedures/batch/BatchRun.h"
 
 namespace {
 
@@ -29,6 +30,7 @@ void writeLine(std::FILE* stream, const QString& text) {
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationVersion(QStringLiteral(RK31_VERSION));
     const rk31::ParsedArguments parsed = rk31::ParseBatchArguments(app.arguments().mid(1));
     if (!parsed.options) {
         writeLine(stderr, QStringLiteral("rk31prog: ") + parsed.error);
@@ -36,20 +38,24 @@ int main(int argc, char** argv) {
         return rk31::kExitBadInput;
     }
     const rk31::BatchOptions& options = *parsed.options;
+    if (options.command == rk31::BatchCommand::Help) {
+        writeLine(stdout, rk31::BatchUsage());
+        return rk31::kExitOk;
+    }
+    if (options.command == rk31::BatchCommand::Version) {
+        writeLine(stdout, QStringLiteral("rk31prog ") + QCoreApplication::applicationVersion());
+        return rk31::kExitOk;
+    }
+    rk31::StartSettings settings = rk31::StartSettings::FromEnvironment();
     if (!options.log.isEmpty()) {
-        qputenv("RK31_DEVICE_LOG", options.log.toLocal8Bit());
+        settings.deviceLog = options.log;
     }
     rk31::BatchOutput output{[](const QString& line) { writeLine(stderr, line); },
                              [](const QString& line) { writeLine(stdout, line); },
                              isatty(fileno(stdout)) != 0};
+    rk31::BatchPrompts prompts(output);
     SleepingPause pause;
-    rk31::BatchRunner runner(options, output, pause);
-    runner.curveCsv = [](const rk31::CurveTables& curves, const std::vector<int>& parts) {
-        rk31::ShownParts shown;
-        for (const int part : parts) {
-            shown.push_back(rk31::SinglePart(static_cast<std::int16_t>(part)).front());
-        }
-        return rk31::CurveCsvLines(curves, shown);
-    };
+    rk31::Application application(settings, prompts, pause);
+    rk31::BatchRunner runner(options, output, application, prompts);
     return runner.run();
 }

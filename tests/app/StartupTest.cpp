@@ -1,7 +1,7 @@
 // The switch on the command line chooses the one main window; anything else chooses none.
 #include <QtTest>
 
-#include "app/Startup.h"
+#include "ui/windows/Startup.h"
 #include "support/WindowHarness.h"
 
 using namespace rk31;

@@ -1,7 +1,7 @@
 // rk31prog's command line.
 #include <gtest/gtest.h>
 
-#include "batch/BatchOptions.h"
+#include "procedures/batch/BatchOptions.h"
 
 namespace rk31 {
 namespace {

@@ -10,8 +10,8 @@
 #include <QTemporaryDir>
 
 #include "BatchFiles.h"
-#include "batch/BatchRun.h"
-#include "shell/DeviceSession.h"
+#include "procedures/batch/BatchRun.h"
+#include "device/DeviceSession.h"
 #include "sim/SimulatedProgrammer.h"
 #include "support/ScriptedPrompts.h"
 

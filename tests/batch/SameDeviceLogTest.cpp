@@ -6,7 +6,7 @@
 #include <QTest>
 
 #include "BatchFiles.h"
-#include "mainwindows/MainForm2Parts.h"
+#include "ui/windows/MainForm2Parts.h"
 #include "pointwindows/PointHarness.h"
 #include "support/WindowHarness.h"
 

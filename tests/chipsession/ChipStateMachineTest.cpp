@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "chipsession/ChipStateMachine.h"
-#include "link/DeviceFactory.h"
+#include "device/ChipStateMachine.h"
+#include "device/DeviceFactory.h"
 #include "rk31/DeviceError.h"
-#include "shell/DeviceSession.h"
+#include "device/DeviceSession.h"
 #include "sim/SimulatedProgrammer.h"
 #include "support/ScriptedPrompts.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "core/Formats.h"
+#include "domain/Formats.h"
 
 using namespace rk31;
 

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "core/NumberText.h"
+#include "domain/NumberText.h"
 #include "support/ScriptedPrompts.h"
 
 using namespace rk31;

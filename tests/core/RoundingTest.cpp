@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "core/Rounding.h"
+#include "domain/Rounding.h"
 
 using namespace rk31;
 

@@ -3,7 +3,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include "display/CurveExport.h"
+#include "ui/plots/CurveExport.h"
 #include "support/ScriptedPrompts.h"
 
 using namespace rk31;

@@ -4,9 +4,9 @@
 #include <algorithm>
 
 #include "core/Services.h"
-#include "display/TransferCurvePlot.h"
-#include "display/frmLinearGraph.h"
-#include "shell/DeviceSession.h"
+#include "ui/plots/TransferCurvePlot.h"
+#include "ui/plots/frmLinearGraph.h"
+#include "device/DeviceSession.h"
 #include "support/ScriptedPrompts.h"
 
 using namespace rk31;

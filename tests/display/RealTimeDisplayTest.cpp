@@ -3,8 +3,8 @@
 #include <QtTest>
 
 #include "core/Services.h"
-#include "display/RealTimeDisplayBar.h"
-#include "shell/DeviceSession.h"
+#include "ui/dialogs/RealTimeDisplayBar.h"
+#include "device/DeviceSession.h"
 #include "sim/SimulatedProgrammer.h"
 #include "support/ScriptedPrompts.h"
 

@@ -3,8 +3,8 @@
 #include <QPainter>
 #include <QtTest>
 
-#include "display/TransferCurvePlot.h"
-#include "solver/Curve.h"
+#include "ui/plots/TransferCurvePlot.h"
+#include "domain/Curve.h"
 
 using namespace rk31;
 

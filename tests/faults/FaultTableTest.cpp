@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <functional>
 
-#include "app/Startup.h"
+#include "ui/windows/Startup.h"
 #include "support/WindowHarness.h"
 
 using namespace rk31;

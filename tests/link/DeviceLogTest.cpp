@@ -4,7 +4,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
-#include "link/DeviceFactory.h"
+#include "device/DeviceFactory.h"
 #include "rk31/DeviceError.h"
 #include "sim/SimulatedProgrammer.h"
 

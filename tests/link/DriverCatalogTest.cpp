@@ -6,13 +6,13 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "commands/Connection.h"
-#include "context/WindowContext.h"
-#include "drivers/DriverCatalog.h"
-#include "link/DeviceFactory.h"
+#include "procedures/shared/Connection.h"
+#include "device/WindowContext.h"
+#include "device/DriverCatalog.h"
+#include "device/DeviceFactory.h"
 #include "rk31/DeviceDriver.h"
 #include "rk31/DeviceError.h"
-#include "shell/DeviceSession.h"
+#include "device/DeviceSession.h"
 #include "support/FakeWindow.h"
 #include "support/ScriptedPrompts.h"
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "link/PortList.h"
+#include "device/PortList.h"
 #include "sim/SimulatedProgrammer.h"
 
 using namespace rk31;

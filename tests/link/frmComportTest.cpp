@@ -3,7 +3,7 @@
 #include <QtTest>
 
 #include "core/Services.h"
-#include "link/widgets/frmComport.h"
+#include "ui/dialogs/frmComport.h"
 #include "sim/SimulatedProgrammer.h"
 #include "support/ScriptedPrompts.h"
 

@@ -2,10 +2,10 @@
 // line and the connection through the port dialog.
 #include <QtTest>
 
-#include "chipsession/ChipStateMachine.h"
-#include "chipsession/ModeChange.h"
-#include "chipsession/UpdateControl.h"
-#include "mainwindows/MainForm2Parts.h"
+#include "device/ChipStateMachine.h"
+#include "device/ModeChange.h"
+#include "device/UpdateControl.h"
+#include "ui/windows/MainForm2Parts.h"
 #include "support/WindowHarness.h"
 
 using namespace rk31;

@@ -2,9 +2,9 @@
 // programmed chip then outputs, and every refusal.
 #include <QtTest>
 
-#include "chipsession/ModeChange.h"
-#include "mainwindows/MainForm2Parts.h"
-#include "programming/ProgramSequence.h"
+#include "device/ModeChange.h"
+#include "ui/windows/MainForm2Parts.h"
+#include "device/ChipOperations.h"
 #include "support/WindowHarness.h"
 
 using namespace rk31;

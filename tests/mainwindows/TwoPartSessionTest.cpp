@@ -1,9 +1,9 @@
 // Power, New Device, Comm Lock and About in both two-part windows, on the simulated programmer.
 #include <QtTest>
 
-#include "chipsession/ModeChange.h"
-#include "commands/SessionControls.h"
-#include "mainwindows/MainForm2Parts.h"
+#include "device/ModeChange.h"
+#include "procedures/twopart/SessionCommands.h"
+#include "ui/windows/MainForm2Parts.h"
 #include "support/WindowHarness.h"
 
 using namespace rk31;

@@ -2,11 +2,11 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include "chipsession/ModeChange.h"
-#include "commands/WindowCommands.h"
-#include "display/RealTimeDisplayBar.h"
-#include "mainwindows/MainForm2Parts.h"
-#include "programming/AngleCapture.h"
+#include "device/ModeChange.h"
+#include "procedures/twopart/WindowCommands.h"
+#include "ui/dialogs/RealTimeDisplayBar.h"
+#include "ui/windows/MainForm2Parts.h"
+#include "procedures/twopart/AngleCapture.h"
 #include "support/WindowHarness.h"
 
 using namespace rk31;

@@ -11,8 +11,8 @@
 #include <csignal>
 #include <functional>
 
-#include "core/AtomicSave.h"
-#include "params/SettingsFile.h"
+#include "domain/AtomicSave.h"
+#include "domain/SettingsFile.h"
 #include "support/ScriptedPrompts.h"
 
 using namespace rk31;

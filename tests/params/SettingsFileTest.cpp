@@ -6,7 +6,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "params/SettingsFile.h"
+#include "domain/SettingsFile.h"
 #include "support/ScriptedPrompts.h"
 
 using namespace rk31;

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "core/NumberText.h"
-#include "params/Validation.h"
+#include "domain/NumberText.h"
+#include "domain/Validation.h"
 #include "support/ScriptedPrompts.h"
 
 using namespace rk31;

@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "app/Startup.h"
-#include "pointwindows/widgets/PointWindows.h"
-#include "solver/Curve.h"
+#include "ui/windows/Startup.h"
+#include "ui/windows/PointWindows.h"
+#include "domain/Curve.h"
 #include "support/WindowHarness.h"
 
 namespace rk31::test {

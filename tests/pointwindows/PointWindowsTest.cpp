@@ -3,7 +3,7 @@
 // and what the simulated chip puts out afterwards.
 #include <QtTest>
 
-#include "display/TransferCurvePlot.h"
+#include "ui/plots/TransferCurvePlot.h"
 #include "pointwindows/PointHarness.h"
 #include "sim/SimulatedBox.h"
 

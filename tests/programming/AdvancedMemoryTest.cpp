@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "programming/AdvancedMemory.h"
+#include "procedures/twopart/AdvancedMemory.h"
 
 using namespace rk31;
 

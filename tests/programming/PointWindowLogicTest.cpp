@@ -2,10 +2,10 @@
 // programmer and a window of plain values.
 #include <gtest/gtest.h>
 
-#include "chipsession/ChipStateMachine.h"
-#include "commands/SessionControls.h"
-#include "programming/ProgramSequence.h"
-#include "shell/DeviceSession.h"
+#include "device/ChipStateMachine.h"
+#include "procedures/twopart/SessionCommands.h"
+#include "device/ChipOperations.h"
+#include "device/DeviceSession.h"
 #include "sim/SimulatedProgrammer.h"
 #include "support/FakeWindow.h"
 #include "support/ScriptedPrompts.h"

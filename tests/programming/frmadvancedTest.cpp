@@ -1,8 +1,8 @@
 #include <QRadioButton>
 #include <QtTest>
 
-#include "chipsession/ChipStateMachine.h"
-#include "programming/widgets/frmadvanced.h"
+#include "device/ChipStateMachine.h"
+#include "ui/dialogs/frmadvanced.h"
 #include "support/WindowHarness.h"
 
 using namespace rk31;

@@ -3,9 +3,9 @@
 #include <QtTest>
 
 #include "core/Services.h"
-#include "shell/DeviceSession.h"
-#include "shell/widgets/About.h"
-#include "shell/widgets/waitform.h"
+#include "device/DeviceSession.h"
+#include "ui/dialogs/About.h"
+#include "ui/dialogs/waitform.h"
 #include "support/ScriptedPrompts.h"
 
 using namespace rk31;

@@ -12,9 +12,9 @@
 #include <QTimer>
 #include <QtTest>
 
-#include "app/Startup.h"
-#include "link/DeviceFactory.h"
-#include "params/SettingsFile.h"
+#include "ui/windows/Startup.h"
+#include "device/DeviceFactory.h"
+#include "domain/SettingsFile.h"
 #include "pointwindows/PointHarness.h"
 #include "rk31/DeviceError.h"
 #include "sim/bench/CharacteristicPlot.h"
@@ -144,7 +144,7 @@ void BenchWindowTest::switchesReachTheSimulator() {
             QVERIFY2(!box.partSetting(setting, 1 - part) || part == 1, qPrintable(name));
         }
     }
-    QCOMPARE(box.config.eepromFail, sim::kBothParts);
+    QCOMPARE(box.config.eepromFail, sim::kBothDies);
     for (const char* flag : {"channel_fail", "version_fail"}) {
         find<QAbstractButton>(&bench, flag)->click();
     }

@@ -4,7 +4,7 @@
 #include <array>
 #include <tuple>
 
-#include "link/DeviceFactory.h"
+#include "device/DeviceFactory.h"
 #include "sim/SimulatedProgrammer.h"
 
 namespace rk31::sim {
@@ -23,7 +23,7 @@ TEST(SimConfig, ParsesEveryKey) {
               std::tuple(123.5, -30.0, 7, 4.8f, 5, 5, -12, true, true));
     EXPECT_EQ(
         (std::array{c.locked, c.noSupply, c.idError, c.eepromFail, c.clearFail, c.commlockFail}),
-        (std::array{kPart1, kPart2, kBothParts, kBothParts, 0u, kPart2}));
+        (std::array{kPart1, kPart2, kBothDies, kBothDies, 0u, kPart2}));
     EXPECT_EQ(c.outputOverride, 150.0f);
 }
 
@@ -121,7 +121,7 @@ TEST(SimConfig, WritesWhatDiffersFromTheDefaults) {
     SimConfig config;
     config.angle = 40;
     config.latencyMs = 30;
-    config.locked = kBothParts;
+    config.locked = kBothDies;
     config.eepromFail = kPart2;
     config.versionFail = true;
     EXPECT_EQ(WriteSimConfig(config).toStdString(),

@@ -2,7 +2,7 @@
 
 #include <QRegularExpression>
 
-#include "solver/Curve.h"
+#include "domain/Curve.h"
 
 using namespace rk31;
 

@@ -4,8 +4,8 @@
 #include <QStringList>
 #include <memory>
 
-#include "batch/ValueControlView.h"
-#include "context/WindowContext.h"
+#include "domain/ValueControlView.h"
+#include "device/WindowContext.h"
 
 namespace rk31::test {
 

@@ -5,7 +5,7 @@
 #include <deque>
 #include <functional>
 
-#include "core/Prompts.h"
+#include "domain/Prompts.h"
 
 namespace rk31::test {
 

@@ -14,8 +14,8 @@
 #include <memory>
 
 #include "core/Services.h"
-#include "shell/DeviceSession.h"
-#include "windowkit/WidgetControlView.h"
+#include "device/DeviceSession.h"
+#include "ui/kit/WidgetControlView.h"
 #include "sim/SimulatedProgrammer.h"
 #include "support/ScriptedPrompts.h"
 

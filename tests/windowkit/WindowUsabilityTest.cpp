@@ -7,11 +7,11 @@
 #include <QTimer>
 #include <QtTest>
 
-#include "app/Startup.h"
-#include "core/widgets/QtPrompts.h"
-#include "mainwindows/MainForm2Parts.h"
+#include "ui/windows/Startup.h"
+#include "ui/kit/QtPrompts.h"
+#include "ui/windows/MainForm2Parts.h"
 #include "pointwindows/PointHarness.h"
-#include "windowkit/CommandHelp.h"
+#include "ui/kit/CommandHelp.h"
 
 using namespace rk31;
 using namespace rk31::test;

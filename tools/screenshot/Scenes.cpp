@@ -10,23 +10,21 @@
 #include <QRegularExpression>
 #include <QTimer>
 
-#include "chipsession/ChipStateMachine.h"
-#include "chipsession/UpdateControl.h"
-#include "commands/SessionControls.h"
-#include "core/Services.h"
-#include "display/RealTimeDisplayBar.h"
-#include "display/frmLinearGraph.h"
-#include "link/DeviceFactory.h"
-#include "link/widgets/frmComport.h"
-#include "mainwindows/MainForm2Parts.h"
-#include "params/FieldValidation.h"
-#include "pointwindows/widgets/PointWindows.h"
-#include "programming/widgets/frmadvanced.h"
+#include "device/ChipStateMachine.h"
+#include "device/UpdateControl.h"
+#include "procedures/twopart/SessionCommands.h"
+#include "ui/dialogs/RealTimeDisplayBar.h"
+#include "ui/plots/frmLinearGraph.h"
+#include "ui/dialogs/frmComport.h"
+#include "ui/windows/MainForm2Parts.h"
+#include "device/FieldValidation.h"
+#include "ui/windows/PointWindows.h"
+#include "ui/dialogs/frmadvanced.h"
 #include "rk31/DeviceError.h"
-#include "shell/DeviceSession.h"
-#include "shell/widgets/About.h"
-#include "shell/widgets/confirm.h"
-#include "shell/widgets/waitform.h"
+#include "device/DeviceSession.h"
+#include "ui/dialogs/About.h"
+#include "ui/dialogs/confirm.h"
+#include "ui/dialogs/waitform.h"
 #include "sim/SimulatedBox.h"
 #include "sim/bench/ProgrammerBench.h"
 
@@ -37,13 +35,13 @@ namespace {
 // A session with the programmer on its port and the part in OWI mode, as the Advanced button
 // leaves it.
 void connectWithPartInOwiMode(SceneContext& context, std::int16_t part) {
-    DeviceSession& session = DeviceSession::instance();
+    DeviceSession& session = context.app.session();
     session.ResetForWindowLoad(true);
-    session.ConnectProgrammer(1, AppPrompts());
-    ChipStateMachine chips(session, AppPrompts(), AppPause());
+    session.ConnectProgrammer(1, context.prompts);
+    ChipStateMachine chips(session, context.prompts, context.pause);
     chips.SetConnectionState(1);
     chips.ChipChangeToState(part, session.ChipState[part], OwiMode);
-    context.simulation.box->clearTrace();
+    context.programmer.box().clearTrace();
 }
 
 std::unique_ptr<QWidget> waitWindow() {
@@ -52,15 +50,19 @@ std::unique_ptr<QWidget> waitWindow() {
     return wait;
 }
 
-std::unique_ptr<QWidget> aboutBox() {
-    auto about = std::make_unique<About>();
+std::unique_ptr<QWidget> aboutBox(SceneContext& context) {
+    auto about = std::make_unique<About>(context.app.session(), context.prompts);
     about->Init(QStringLiteral("2.1.7"));
     return about;
 }
 
+std::unique_ptr<frmadvanced> advanced(SceneContext& context) {
+    return std::make_unique<frmadvanced>(context.app.session(), context.prompts, context.pause);
+}
+
 std::unique_ptr<QWidget> advancedAfterRead(SceneContext& context) {
     connectWithPartInOwiMode(context, 0);
-    auto dialog = std::make_unique<frmadvanced>();
+    auto dialog = advanced(context);
     dialog->Init(0, 2);
     dialog->findChild<QLineEdit*>(QStringLiteral("Din_24"))->setText(QStringLiteral("ABCD"));
     dialog->findChild<QLineEdit*>(QStringLiteral("add_24"))->setText(QStringLiteral("30"));
@@ -75,7 +77,7 @@ std::unique_ptr<QWidget> connectedMainWindow(std::unique_ptr<TwoPartWindow> wind
     WindowContext& ctx = window->context();
     ctx.session.ConnectProgrammer(1, ctx.prompts);
     Machine(ctx).SetConnectionState(1);
-    ctx.view.setText(ctl::connect, -1, QStringLiteral("Disconnect"));
+    ctx.view.setText(ctl::connect, -1, kDisconnectCaption);
     if (!ctx.oneSupply()) {
         ctx.view.setValue(ctl::PartEnable, 0, 1);
         ctx.view.setValue(ctl::PartEnable, 1, 1);
@@ -102,8 +104,7 @@ std::unique_ptr<QWidget> connectedMainWindow(std::unique_ptr<TwoPartWindow> wind
 }
 
 // The rounded images of a four-point Part#1 and a clockwise two-point Part#2.
-void fillRoundedImages() {
-    RoundedImages& r = DeviceSession::instance().rounded;
+void fillRoundedImages(RoundedImages& r) {
     r.RoundedPoints[0] = {100, 150, 250, 300, 20, 40, 60, 80};
     r.RoundedDP[0] = 20;
     r.RoundedClampHigh[0] = 95;
@@ -116,17 +117,18 @@ void fillRoundedImages() {
     r.PointsReversed[1] = true;
 }
 
-std::unique_ptr<QWidget> linearGraph(std::int16_t part, std::int16_t count, std::int16_t part2,
-                                     std::int16_t count2) {
-    fillRoundedImages();
-    auto graph = std::make_unique<frmLinearGraph>();
+std::unique_ptr<QWidget> linearGraph(SceneContext& context, std::int16_t part, std::int16_t count,
+                                     std::int16_t part2, std::int16_t count2) {
+    fillRoundedImages(context.app.session().rounded);
+    auto graph = std::make_unique<frmLinearGraph>(context.app.session(), context.prompts);
     graph->Init(part, count, part2, count2);
     return graph;
 }
 
 std::unique_ptr<QWidget> realTimeDisplay(SceneContext& context) {
     connectWithPartInOwiMode(context, 0);
-    auto display = std::make_unique<RealTimeDisplayBar>();
+    auto display = std::make_unique<RealTimeDisplayBar>(context.app.session(), context.prompts,
+                                                        context.pause);
     display->Init(0, 2);
     display->show();
     display->timer().stop();
@@ -182,9 +184,9 @@ std::unique_ptr<QWidget> pointWindow(SceneContext& context,
         typeText(w, QStringLiteral("OffsetDP"), QStringLiteral("180.00"));
     }
     clickButton(w, QStringLiteral("PowerOn"));
-    context.simulation.box->setMagnetAngle(40, 0);
+    context.programmer.box().setMagnetAngle(40, 0);
     clickButton(w, QStringLiteral("SetpointA"));
-    context.simulation.box->setMagnetAngle(170, 0);
+    context.programmer.box().setMagnetAngle(170, 0);
     clickButton(w, QStringLiteral("SetpointB"));
     return window;
 }
@@ -192,7 +194,7 @@ std::unique_ptr<QWidget> pointWindow(SceneContext& context,
 template <typename Window>
 Scene pointScene(const char* name, Stage stage) {
     return {QString::fromLatin1(name), [stage](SceneContext& context) {
-                return pointWindow(context, std::make_unique<Window>(), stage);
+                return pointWindow(context, std::make_unique<Window>(context.app), stage);
             }};
 }
 
@@ -223,13 +225,13 @@ void programDie(QZ7734Device& device, std::int16_t part, std::array<float, 5> va
 }
 
 std::unique_ptr<QWidget> benchWindow(SceneContext& context, BenchStage stage) {
-    auto bench = std::make_unique<sim::ProgrammerBench>(context.simulation);
+    auto bench = std::make_unique<sim::ProgrammerBench>(context.programmer.simulation());
     bench->show();
     if (stage == BenchStage::Fresh) {
         return bench;
     }
-    sim::SimulatedBox& box = *context.simulation.box;
-    const auto device = DeviceFactory::Create(QString::fromLatin1(kDeviceProgId));
+    sim::SimulatedBox& box = context.programmer.box();
+    const auto device = context.app.createDevice();
     std::int32_t out = 0;
     device->OpenChannel(QVariant(1), out);
     programDie(*device, 0, {40, 10, 200, 90, 300});
@@ -273,27 +275,32 @@ std::unique_ptr<QWidget> refusalMessage() {
 
 const std::vector<Scene>& AllScenes() {
     static const std::vector<Scene> scenes = {
-        {"port_dialog", [](SceneContext&) { return std::make_unique<frmComport>(); }},
+        {"port_dialog",
+         [](SceneContext& c) { return std::make_unique<frmComport>(c.app.ports(), c.prompts); }},
         {"wait_window", [](SceneContext&) { return waitWindow(); }},
         {"confirm", [](SceneContext&) { return std::make_unique<confirm>(); }},
-        {"about", [](SceneContext&) { return aboutBox(); }},
+        {"about", aboutBox},
         {"advanced_fixed_part",
-         [](SceneContext&) {
-             auto dialog = std::make_unique<frmadvanced>();
+         [](SceneContext& c) {
+             auto dialog = advanced(c);
              dialog->Init(1, 1);
              return dialog;
          }},
         {"advanced_after_read", advancedAfterRead},
         {"main_two_supplies_offline",
-         [](SceneContext&) { return std::make_unique<MainForm2Parts2Src>(); }},
+         [](SceneContext& c) { return std::make_unique<MainForm2Parts2Src>(c.app); }},
         {"main_two_supplies_connected",
-         [](SceneContext&) { return connectedMainWindow(std::make_unique<MainForm2Parts2Src>()); }},
+         [](SceneContext& c) {
+             return connectedMainWindow(std::make_unique<MainForm2Parts2Src>(c.app));
+         }},
         {"main_one_supply_offline",
-         [](SceneContext&) { return std::make_unique<MainForm2Parts1Src>(); }},
+         [](SceneContext& c) { return std::make_unique<MainForm2Parts1Src>(c.app); }},
         {"main_one_supply_connected",
-         [](SceneContext&) { return connectedMainWindow(std::make_unique<MainForm2Parts1Src>()); }},
-        {"linear_graph_both_parts", [](SceneContext&) { return linearGraph(0, 4, 1, 2); }},
-        {"linear_graph_part2_alone", [](SceneContext&) { return linearGraph(1, 2, 0, 0); }},
+         [](SceneContext& c) {
+             return connectedMainWindow(std::make_unique<MainForm2Parts1Src>(c.app));
+         }},
+        {"linear_graph_both_parts", [](SceneContext& c) { return linearGraph(c, 0, 4, 1, 2); }},
+        {"linear_graph_part2_alone", [](SceneContext& c) { return linearGraph(c, 1, 2, 0, 0); }},
         {"real_time_display", realTimeDisplay},
         pointScene<MainForm2PointsProgramming>("point2_offline", Stage::Offline),
         pointScene<MainForm2PointsProgramming>("point2_connected", Stage::Connected),

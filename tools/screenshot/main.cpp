@@ -6,48 +6,6 @@
 #include <cstdio>
 
 #include "Scenes.h"
-#include "core/Prompts.h"
-#include "core/Services.h"
-#include "shell/DeviceSession.h"
-#include "sim/bench/SimulationBench.h"
-
-namespace {
-
-// Nobody answers in a batch run: messages go to standard error, questions answer No, file
-// dialogs are cancelled and modal dialogs are closed at once.
-class PrintingPrompts : public rk31::Prompts {
-  public:
-    explicit PrintingPrompts(rk31::screenshot::SceneContext& context) : m_context(context) {}
-    void message(const QString& text) override { print(QStringLiteral("message: ") + text); }
-    bool question(const QString& text) override {
-        print(QStringLiteral("question (answered No): ") + text);
-        return false;
-    }
-    QString openFileName(const QString&, const QString&) override { return {}; }
-    QString saveFileName(const QString&, const QString&) override { return {}; }
-    void runModal(QDialog& dialog) override {
-        if (m_context.dialogScripts.empty()) {
-            dialog.close();
-            return;
-        }
-        const auto script = std::move(m_context.dialogScripts.front());
-        m_context.dialogScripts.pop_front();
-        dialog.show();
-        script(dialog);
-        dialog.close();
-    }
-
-  private:
-    rk31::screenshot::SceneContext& m_context;
-    static void print(const QString& text) { std::fprintf(stderr, "%s\n", qPrintable(text)); }
-};
-
-class NoPause : public rk31::Pause {
-  public:
-    void sleep(int) override {}
-};
-
-}  // namespace
 
 int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
@@ -83,22 +41,12 @@ int main(int argc, char** argv) {
     }
     const QStringList wanted = args.mid(1);
 
-    rk31::screenshot::SceneContext context{rk31::sim::InstallSimulation({}), {}};
-    PrintingPrompts prompts(context);
-    NoPause pause;
-    rk31::InstallServices({&prompts, &pause, context.simulation.ports.get()});
-
     int failures = 0;
     for (const auto& scene : rk31::screenshot::AllScenes()) {
         if (!wanted.isEmpty() && !wanted.contains(scene.name)) {
             continue;
         }
-        rk31::DeviceSession::instance().resetToFreshProcess();
-        context.simulation = rk31::sim::InstallSimulation({});
-        context.dialogScripts.clear();
-        rk31::InstallServices({&prompts, &pause, context.simulation.ports.get()});
-        // As in the program: the main windows carry the simulated programmer's badge.
-        const rk31::sim::SimulationBench bench(context.simulation);
+        rk31::screenshot::SceneContext context;
         const auto widget = scene.build(context);
         widget->show();
         // Windows open at their natural size, as they do on a desktop.

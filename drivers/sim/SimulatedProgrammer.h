@@ -1,0 +1,97 @@
+#pragma once
+
+#include <map>
+#include <memory>
+
+#include "rk31/DeviceDriver.h"
+#include "rk31/PortProber.h"
+#include "sim/SimConfig.h"
+#include "sim/SimulatedBox.h"
+#include "sim/TrafficRecorder.h"
+
+namespace rk31::sim {
+
+// A device-access object bound to a box. Its channel starts closed: until OpenChannel has
+// succeeded on the programmer's port, every operation but OpenChannel and CloseChannel throws
+// DeviceError("Programmer is not connected!"), and so do the MemoryAccess and SolverAccess
+// objects it hands out. A part index the operation does not take fails the way the operation
+// reports failures (an out-value, or 511 for ReadMemory), and throws DeviceError where it has
+// no out-value to say so (ReadAngle, MeasureOutput); GetDACCalibration answers with both dies'
+// pairs whatever part it is given.
+//
+// Every call, including refused ones, is appended to box->trace before it runs, as
+// "Op(arg, arg, ...)" with the input arguments only, separated by ", ":
+//   - numbers in decimal: "PowerOnChip(0)", "EnterOWIMode(3)", "CloseChannel(-1)",
+//     "MeasureOutput(0, 1)", "SetOutputMode(0, 1, 0, 0)";
+//   - OpenChannel's port as the variant's text: "OpenChannel(1)";
+//   - memory addresses and data in upper-case hexadecimal with "&H" (data as its 32-bit
+//     pattern): "ReadMemory(0, &H48)", "WriteMemory(1, &H10, &HFF)";
+//   - a solver value as SolverValueText gives it: "SetSolverParameter(0, 1, Single:10, 1)",
+//     "SetSolverParameter(0, 14, Long:1, 1)", "SetSolverParameter(0, 6, Integer:0, 1)";
+//   - no arguments: "GetMemoryAccess()", "GetSolverAccess()", "GetHardwareVersion()".
+std::shared_ptr<QZ7734Device> CreateSimulatedDevice(std::shared_ptr<SimulatedBox> box);
+
+// The simulated COM ports the port dialog probes: COM1 has the programmer (the port the dialog
+// preselects), COM2 is held by another program, COM3 opens but has nothing behind it; every
+// other port fails to open.
+class SimulatedPorts : public PortProber {
+  public:
+    static constexpr int kOtherError = 8002;
+
+    // The programmer's port opens, wherever RK31_SIM has put it.
+    explicit SimulatedPorts(int programmerPort = 1);
+    bool isOpenHere(int port) const override;
+    int open(int port) override;
+    void close(int port) override;
+
+    // port -> open result (0 opens, kPortAlreadyOpen held elsewhere, other numbers fail);
+    // a port not listed fails with kOtherError.
+    std::map<int, int> results;
+
+  private:
+    std::map<int, bool> m_open;
+};
+
+// The box, the ports and the traffic view of one simulation: a new box built from `config`.
+struct Simulation {
+    explicit Simulation(const SimConfig& config);
+
+    std::shared_ptr<SimulatedBox> box;
+    std::shared_ptr<SimulatedPorts> ports;
+    std::shared_ptr<TrafficRecorder> traffic;
+};
+
+class SimulationBench;
+
+// The simulated programmer as a programmer driver: every device object it creates talks to the
+// one box of its simulation, its ports are the simulated ones, the program's device traffic
+// goes to its recorder, and its bench is a window over the simulation. The plugin the program
+// loads is this driver over RK31_SIM; a test builds it over the configuration it needs.
+class SimulatedProgrammer : public DeviceDriver {
+  public:
+    explicit SimulatedProgrammer(const SimConfig& config);
+    ~SimulatedProgrammer() override;
+    SimulatedProgrammer(const SimulatedProgrammer&) = delete;
+    SimulatedProgrammer& operator=(const SimulatedProgrammer&) = delete;
+
+    std::shared_ptr<QZ7734Device> create(const QString& progId) override;
+    PortProber* ports() override;
+    // Made on first asking, and only in a program with windows.
+    DeviceBench* bench() override;
+    DeviceTrafficSink* traffic() override;
+
+    const Simulation& simulation() const { return m_simulation; }
+    SimulatedBox& box() { return *m_simulation.box; }
+    // The bench's window goes; it must go while the application still exists.
+    void releaseBench();
+
+  private:
+    Simulation m_simulation;
+    std::unique_ptr<SimulationBench> m_bench;
+};
+
+// The program's simulation: RK31_SIM over a latency of 30 ms, so that the wait windows are seen
+// as with a real box. Ignored entries are reported on standard error.
+SimConfig SimConfigFromEnvironment();
+
+}  // namespace rk31::sim

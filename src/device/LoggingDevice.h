@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QFile>
+#include <memory>
+#include <vector>
+
+#include "rk31/DeviceTraffic.h"
+
+namespace rk31 {
+
+// The traffic log a support engineer asks for: one line per call (time, operation, arguments,
+// out-values) appended to a file, flushed at once so that nothing is lost when the program ends
+// abruptly.
+class DeviceLog : public DeviceTrafficSink {
+  public:
+    explicit DeviceLog(const QString& path);
+    bool isOpen() const { return m_file.isOpen(); }
+    void write(const DeviceCall& call) override;
+
+  private:
+    QFile m_file;
+};
+
+// Hands every call to each of several sinks, describing it once, so that they all show the same
+// call at the same moment.
+class TrafficTee : public DeviceTrafficSink {
+  public:
+    explicit TrafficTee(std::vector<std::shared_ptr<DeviceTrafficSink>> sinks)
+        : m_sinks(std::move(sinks)) {}
+    bool listening() const override;
+    void write(const DeviceCall& call) override;
+
+  private:
+    std::vector<std::shared_ptr<DeviceTrafficSink>> m_sinks;
+};
+
+// A device object whose every call, and every call of the access objects it hands out, goes to
+// `sink` once it has returned or thrown.
+std::shared_ptr<QZ7734Device> WrapWithLog(std::shared_ptr<QZ7734Device> device,
+                                          std::shared_ptr<DeviceTrafficSink> sink);
+
+}  // namespace rk31

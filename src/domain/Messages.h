@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QString>
+
+namespace rk31 {
+
+// The texts the window procedures show in their message boxes and wait windows, each written
+// once. Per-part messages are composed from these where the part number stands in the middle.
+
+// Chip states.
+inline const QString kNotInOwiModeText = QStringLiteral("Error: Not in OWI mode");
+// New Device and Advanced word it their own way.
+inline const QString kNotInOwiModeBangText = QStringLiteral("Error: Not in OWI Mode!");
+inline const QString kNotInAdcModeText = QStringLiteral("Error: Not in ADC mode");
+inline const QString kCommLockRefusedText =
+    QStringLiteral("Failed to set OWI mode due to CommLock!...Return to ADC mode!");
+inline const QString kStateArgumentsText = QStringLiteral("Error arguments in ChipChangeToState!");
+inline const QString kNoSuchStateText = QStringLiteral("Error: There is no such state: ");
+
+// The programmer and its device-access objects.
+inline const QString kNotConnectedText = QStringLiteral("Programmer is not connected!");
+inline const QString kCannotCreateObjectsText = QStringLiteral("Error: CANNOT Create Objects!");
+inline const QString kChannelFailedText = QStringLiteral("Failed in Connecting Channel");
+inline const QString kNoMemoryAccessText = QStringLiteral("The programmer gave no memory access.");
+inline const QString kNoSolverAccessText = QStringLiteral("The programmer gave no solver access.");
+inline const QString kOfflineText = QStringLiteral("Error: in Offline mode");
+
+// Power and identification.
+inline const QString kResetHardwareText = QStringLiteral("Please Reset hardware and try again!");
+inline const QString kCommLockedText = QStringLiteral("OWI communication is locked: ");
+inline const QString kReadErrorText = QStringLiteral("Read Error! Please Check chip connections!");
+inline const QString kCalibrationPartText =
+    QStringLiteral("Error Part number for DAC calibration!");
+
+// Programming.
+inline const QString kFailedProgrammingText = QStringLiteral("Failed in programming device");
+inline const QString kConfigSolverErrorText =
+    QStringLiteral("Error Config Solver in programee_click");
+inline const QString kNotTwoPointsText = QStringLiteral("Error: Not 2 points Mode!");
+inline const QString kStoreNotConnectedText =
+    QStringLiteral("Not Connected! Cannot Perform Store In Solver");
+inline const QString kClearSolverErrorText = QStringLiteral("Errors in ClearSolverSettings!");
+// The one-supply window's, for each part in turn.
+inline const QString kClearSolverBothErrorText = QStringLiteral("Error in ClearSolverSettings");
+inline const QString kCommLockErrorText = QStringLiteral("Errors in Commlock!");
+inline const QString kCommLockBothErrorText = QStringLiteral("Errors in Commlock");
+
+// Wait windows.
+inline const QString kGettingVddWait = QStringLiteral("Getting VDD of device...  Please Wait...");
+inline const QString kVerifyingWait =
+    QStringLiteral("Verifying communication status... Please Wait...");
+inline const QString kClearingSolverWait = QStringLiteral("Clearing Solver...  Please Wait...");
+inline const QString kProgrammingEepromWait =
+    QStringLiteral("Programming EEPROM...  Please Wait...");
+inline const QString kSelfCorrectingWait =
+    QStringLiteral("System is self correcting... Please Wait...");
+inline const QString kConfiguringSolverWait =
+    QStringLiteral("Configuring Solver...  Please Wait...");
+
+}  // namespace rk31

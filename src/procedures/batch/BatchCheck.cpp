@@ -1,0 +1,112 @@
+// The batch programmer's reading of a settings file: the window's load, and the solve and curve
+// of check and curve, which touch no device.
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "device/ConfigSolvers.h"
+#include "device/DeviceSession.h"
+#include "device/SolverInputs.h"
+#include "domain/Curve.h"
+#include "domain/Prompts.h"
+#include "procedures/batch/BatchRun.h"
+#include "procedures/shared/SettingsCommands.h"
+#include "procedures/twopart/SessionCommands.h"
+
+namespace rk31 {
+
+int BatchRunner::load() {
+    const qsizetype mark = m_prompts.messages.size();
+    attempt([this] {
+        if (m_kind == SettingsKind::TwoPart) {
+            TwoPartWindowLoad(*m_ctx);
+        } else {
+            PointWindowLoad(*m_ctx, m_traits);
+        }
+    });
+    m_prompts.file = m_options.settings;
+    LoadSettingsCommand(*m_ctx);
+    return since(mark).isEmpty() ? kExitOk : kExitBadInput;
+}
+
+std::optional<std::vector<int>> BatchRunner::parts() {
+    const PartChoice choice = m_options.part;
+    if (m_kind == SettingsKind::TwoPart) {
+        if (choice == PartChoice::Part1) {
+            return std::vector<int>{0};
+        }
+        if (choice == PartChoice::Part2) {
+            return std::vector<int>{1};
+        }
+        return std::vector<int>{0, 1};
+    }
+    if (m_kind == SettingsKind::DualPoint) {
+        if (choice == PartChoice::Part1 || choice == PartChoice::Part2) {
+            m_output.error(QStringLiteral("A two-part point file programs both parts."));
+            return std::nullopt;
+        }
+        return std::vector<int>{0, 1};
+    }
+    if (choice == PartChoice::Both) {
+        m_output.error(QStringLiteral("A one-part point file programs one part."));
+        return std::nullopt;
+    }
+    if (choice != PartChoice::FromFile) {
+        m_view.setListIndex(ctl::PartSel, -1, choice == PartChoice::Part1 ? 0 : 1);
+    }
+    return std::vector<int>{m_ctx->selectedPart()};
+}
+
+int BatchRunner::check() {
+    int exit = load();
+    std::optional<std::vector<int>> which;
+    if (exit == kExitOk) {
+        which = parts();
+        exit = which ? kExitOk : kExitBadInput;
+    }
+    CurveTables curves{};
+    if (exit == kExitOk) {
+        // The windows' own load and solvers on the file's values; nothing is sent anywhere.
+        const qsizetype mark = m_prompts.messages.size();
+        for (const int part : *which) {
+            const auto p = static_cast<std::int16_t>(part);
+            const bool twoPart = m_kind == SettingsKind::TwoPart;
+            const bool loaded =
+                twoPart ? LoadSolverInputs(*m_ctx, p) : LoadSolverInputsTwoPoints(*m_ctx, p);
+            const int count =
+                loaded ? SolvePart(*m_ctx, p,
+                                   twoPart ? SolverChoice::Chosen : SolverChoice::TwoPoints)
+                       : 0;
+            if (count < 2 || count > 4) {
+                exit = kExitBadInput;
+                continue;
+            }
+            ShowMessages(m_prompts, CalLinearGraph(p, static_cast<std::int16_t>(count), 0, 0,
+                                                   m_ctx->session.rounded, curves));
+        }
+        if (!since(mark).isEmpty()) {
+            exit = kExitBadInput;
+        }
+    }
+    if (m_options.command == BatchCommand::Curve) {
+        if (exit == kExitOk) {
+            for (const QString& line : CurveCsvLines(curves, *which)) {
+                m_output.out(line);
+            }
+        }
+        return exit;
+    }
+    if (m_options.json) {
+        m_output.out(QString::fromUtf8(
+            QJsonDocument(QJsonObject{{"file", m_options.settings},
+                                      {"result", exit == kExitOk ? "good" : "refused"},
+                                      {"messages", QJsonArray::fromStringList(m_prompts.messages)}})
+                .toJson(QJsonDocument::Compact)));
+    } else if (!m_options.quiet) {
+        m_output.out(m_options.settings +
+                     (exit == kExitOk ? QStringLiteral(": good") : QStringLiteral(": refused")));
+    }
+    return exit;
+}
+
+}  // namespace rk31

@@ -1,0 +1,121 @@
+#include "ui/dialogs/frmComport.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "domain/Prompts.h"
+#include "device/PortList.h"
+#include "rk31/PortProber.h"
+
+namespace rk31 {
+
+namespace {
+
+const QString kInvalidPort = QStringLiteral("This port is invalid, Please select another port!");
+
+}  // namespace
+
+void RefreshingComboBox::showPopup() {
+    if (beforePopup) {
+        beforePopup();
+    }
+    QComboBox::showPopup();
+}
+
+frmComport::frmComport(PortProber& ports, Prompts& prompts, QWidget* parent)
+    : QDialog(parent), m_ports(ports), m_prompts(prompts) {
+    setObjectName(QStringLiteral("frmComport"));
+    setWindowTitle(QStringLiteral("Select Com port"));
+
+    auto* portLabel = new QLabel(QStringLiteral("&Port:"), this);
+    portLabel->setObjectName(QStringLiteral("Label1"));
+    m_port = new RefreshingComboBox(this);
+    m_port->setObjectName(QStringLiteral("Port"));
+    // Editable so that a port the probe does not list can still be typed.
+    m_port->setEditable(true);
+    m_port->setInsertPolicy(QComboBox::NoInsert);
+    m_port->setMinimumContentsLength(8);
+    m_port->beforePopup = [this] { RefreshPortList(); };
+    portLabel->setBuddy(m_port);
+
+    m_baudLabel = new QLabel(QStringLiteral("Com port:"), this);
+    m_baudLabel->setObjectName(QStringLiteral("Label2"));
+    m_baudrate = new QComboBox(this);
+    m_baudrate->setObjectName(QStringLiteral("Baudrate"));
+    m_baudLabel->setBuddy(m_baudrate);
+
+    m_connect = new QPushButton(QStringLiteral("Connect"), this);
+    m_connect->setObjectName(QStringLiteral("connect"));
+    m_connect->setDefault(true);
+    m_doNotConnect = new QPushButton(QStringLiteral("Do not connect"), this);
+    m_doNotConnect->setObjectName(QStringLiteral("Donotconnect"));
+
+    auto* fields = new QGridLayout;
+    fields->addWidget(portLabel, 0, 0);
+    fields->addWidget(m_port, 0, 1);
+    fields->addWidget(m_baudLabel, 1, 0);
+    fields->addWidget(m_baudrate, 1, 1);
+    fields->setColumnStretch(1, 1);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(m_connect);
+    buttons->addWidget(m_doNotConnect);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(fields);
+    layout->addStretch(1);
+    layout->addLayout(buttons);
+
+    connect(m_connect, &QPushButton::clicked, this, &frmComport::connectClicked);
+    connect(m_doNotConnect, &QPushButton::clicked, this, &frmComport::doNotConnectClicked);
+
+    // The dialog's load.
+    m_baudrate->addItem(QStringLiteral("9600"));
+    m_baudrate->setCurrentIndex(0);
+    m_baudrate->setVisible(false);
+    m_baudLabel->setVisible(false);
+    RefreshPortList();
+}
+
+void frmComport::RefreshPortList() {
+    m_port->clear();
+    const QStringList entries = rk31::RefreshPortList(m_ports);
+    m_port->addItems(entries);
+    if (entries.isEmpty()) {
+        m_port->setEnabled(false);
+    } else {
+        m_port->setCurrentIndex(0);
+    }
+}
+
+void frmComport::connectClicked() {
+    const QString text = m_port->currentText();
+    const auto port = text.isEmpty() ? std::nullopt : PortNumberFromText(text);
+    if (!port) {
+        m_prompts.message(kInvalidPort);
+        return;
+    }
+    m_selectedCOM = *port;
+    if (m_ports.open(*port) != 0) {
+        m_prompts.message(kInvalidPort);
+        return;
+    }
+    m_ports.close(*port);
+    accept();
+}
+
+void frmComport::doNotConnectClicked() {
+    reject();
+}
+
+void frmComport::reject() {
+    // The close box and Escape count as "Do not connect".
+    m_selectedCOM = 0;
+    QDialog::reject();
+}
+
+}  // namespace rk31

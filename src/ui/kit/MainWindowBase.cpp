@@ -1,0 +1,314 @@
+#include "ui/kit/MainWindowBase.h"
+
+#include <QCheckBox>
+#include <QCoreApplication>
+#include <QFocusEvent>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QTime>
+#include <QVBoxLayout>
+
+#include "device/Application.h"
+#include "domain/AppTitle.h"
+#include "domain/Prompts.h"
+#include "rk31/DeviceBench.h"
+#include "ui/kit/BusyCursor.h"
+#include "ui/dialogs/RealTimeDisplayBar.h"
+#include "ui/plots/frmLinearGraph.h"
+#include "ui/dialogs/frmComport.h"
+#include "ui/dialogs/frmadvanced.h"
+#include "rk31/DeviceError.h"
+#include "device/DeviceSession.h"
+#include "ui/dialogs/About.h"
+#include "ui/dialogs/confirm.h"
+#include "ui/dialogs/waitform.h"
+#include "ui/kit/CommandHelp.h"
+
+namespace rk31 {
+
+namespace {
+
+constexpr int kNumberBoxWidth = 84;
+
+// The wait window of one sequence; unloading it when the sequence ends or is abandoned.
+class WaitFormWindow : public WaitWindow {
+  public:
+    WaitFormWindow(QWidget* owner, const QString& text) : m_form(new waitform(owner)) {
+        m_form->Init(text);
+    }
+    ~WaitFormWindow() override {
+        if (m_form) {
+            m_form->unload();
+            m_form->deleteLater();
+        }
+    }
+    void show() override {
+        if (m_form) {
+            m_form->ShowModeless();
+        }
+    }
+    void TextChange(const QString& text) override {
+        if (m_form) {
+            m_form->TextChange(text);
+        }
+    }
+
+  private:
+    QPointer<waitform> m_form;
+};
+
+// A scroll area that asks for the whole of its content, so that the window opens at its natural
+// size and scrolls only where the screen is smaller (the toolkit's own stops at 36 x 24 lines).
+class ContentScrollArea : public QScrollArea {
+  public:
+    using QScrollArea::QScrollArea;
+    QSize sizeHint() const override {
+        const int frame = 2 * frameWidth();
+        return (widget() ? widget()->sizeHint() : QSize()) + QSize(frame, frame);
+    }
+};
+
+}  // namespace
+
+MainWindowBase::MainWindowBase(Application& app, WindowFamily family, const QString& className,
+                               QWidget* parent)
+    : QWidget(parent), m_app(app), m_view(this) {
+    setObjectName(className);
+    setWindowTitle(QString::fromLatin1(kAppTitle));
+    m_ctx = std::make_unique<WindowContext>(family, app.session(), m_view, app.prompts(),
+                                            app.pause(), *this);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_scroll = new ContentScrollArea(this);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setWidgetResizable(true);
+    m_content = new QWidget(m_scroll);
+    m_content->setObjectName(QStringLiteral("content"));
+    m_scroll->setWidget(m_content);
+    layout->addWidget(m_scroll);
+}
+
+void MainWindowBase::finishUi() {
+    // Tight but even spacing, so that the two-part windows fit a 720-line screen.
+    QList<QLayout*> layouts = m_content->findChildren<QLayout*>();
+    layouts << m_content->layout();
+    for (QLayout* layout : layouts) {
+        if (!layout) {
+            continue;
+        }
+        layout->setSpacing(4);
+        if (qobject_cast<QGroupBox*>(layout->parentWidget()) &&
+            layout->parentWidget()->layout() == layout) {
+            layout->setContentsMargins(8, 4, 8, 6);
+        } else if (layout == m_content->layout()) {
+            layout->setContentsMargins(8, 6, 8, 6);
+        }
+    }
+    for (auto* frame : findChildren<QGroupBox*>()) {
+        frame->setAccessibleName(frame->title());
+    }
+    for (auto* label : findChildren<QLabel*>()) {
+        if (QWidget* box = label->buddy()) {
+            m_labelOfBox.insert(box, label);
+            box->installEventFilter(this);
+            label->setEnabled(box->isEnabled());
+        }
+    }
+}
+
+void MainWindowBase::showEvent(QShowEvent* event) {
+    if (!m_sizedForScreen && isWindow()) {
+        m_sizedForScreen = true;
+        // The natural size where the screen has room for it (the toolkit would stop at two
+        // thirds of the screen); the scroll area takes over on a smaller screen.
+        if (const QScreen* shown = screen()) {
+            const QSize room = shown->availableSize() - QSize(16, 48);
+            resize(sizeHint().boundedTo(room).expandedTo(minimumSizeHint()));
+        }
+    }
+    QWidget::showEvent(event);
+}
+
+MainWindowBase::~MainWindowBase() = default;
+
+QWidget* MainWindowBase::noticeBar() {
+    if (!m_noticeBar) {
+        m_noticeBar = new QWidget(m_content);
+        m_noticeBar->setObjectName(QStringLiteral("noticeBar"));
+        auto* layout = new QHBoxLayout(m_noticeBar);
+        layout->setContentsMargins(0, 0, 0, 0);
+        m_notice = new QLabel(m_noticeBar);
+        m_notice->setObjectName(QStringLiteral("notice"));
+        m_notice->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        layout->addWidget(m_notice, 1);
+        if (m_app.bench() != nullptr) {
+            addBadge(simulatedProgrammerBadge());
+        }
+    }
+    return m_noticeBar;
+}
+
+QWidget* MainWindowBase::simulatedProgrammerBadge() {
+    auto* badge = new QPushButton(QStringLiteral("Simulated programmer"), m_noticeBar);
+    badge->setObjectName(QStringLiteral("simulatedProgrammer"));
+    badge->setAutoDefault(false);
+    badge->setCursor(Qt::PointingHandCursor);
+    badge->setToolTip(
+        QStringLiteral("No programmer box is attached: the chip is simulated. Click to open the "
+                       "bench (magnet, dies, faults, device traffic)."));
+    // A sign rather than a command, so coloured apart from the window's own buttons; a palette
+    // and not a style sheet, which would bring a style engine into every start-up.
+    QPalette colours = badge->palette();
+    colours.setColor(QPalette::Button, QColor(0xff, 0xf0, 0xb8));
+    colours.setColor(QPalette::ButtonText, QColor(0x5c, 0x44, 0x00));
+    badge->setPalette(colours);
+    // No taller than the notice beside it: the strip keeps its height, the window its size.
+    badge->setFixedHeight(m_notice->sizeHint().height());
+    badge->setMinimumWidth(badge->sizeHint().width() + badge->fontMetrics().averageCharWidth() * 2);
+    connect(badge, &QPushButton::clicked, this, [this] {
+        if (DeviceBench* bench = m_app.bench()) {
+            bench->open(this);
+        }
+    });
+    return badge;
+}
+
+void MainWindowBase::showNotice(const QString& text) {
+    noticeBar();
+    m_notice->setText(text);
+}
+
+QString MainWindowBase::notice() const {
+    return m_notice ? m_notice->text() : QString();
+}
+
+void MainWindowBase::addBadge(QWidget* badge) {
+    noticeBar()->layout()->addWidget(badge);
+}
+
+void MainWindowBase::noteProgrammed(const QString& parts) {
+    showNotice(parts + QStringLiteral(" programmed \u2014 ") +
+               QTime::currentTime().toString(QStringLiteral("HH:mm:ss")));
+}
+
+QLineEdit* MainWindowBase::addBox(const QString& name, int index, const QString& text,
+                                  std::function<void()> onLeave, QWidget* parent) {
+    auto* box = new QLineEdit(text, parent ? parent : m_content);
+    box->setObjectName(controlName(name, index));
+    box->setMaximumWidth(kNumberBoxWidth);
+    box->setMinimumWidth(kNumberBoxWidth);
+    box->installEventFilter(this);
+    m_leaveHandlers.insert(box, std::move(onLeave));
+    return box;
+}
+
+QAbstractButton* MainWindowBase::addButton(const QString& name, int index, const QString& caption,
+                                           std::function<void()> handler, QWidget* parent) {
+    auto* button = new QPushButton(caption, parent ? parent : m_content);
+    button->setObjectName(controlName(name, index));
+    button->setAutoDefault(false);
+    ApplyHelp(*button, HelpFor(name, index, m_ctx->family));
+    connect(button, &QPushButton::clicked, this, [this, handler = std::move(handler)] {
+        showNotice(QString());
+        const BusyCursor busy;
+        run(handler);
+    });
+    return button;
+}
+
+QCheckBox* MainWindowBase::addCheckBox(const QString& name, int index, const QString& caption,
+                                       QWidget* parent) {
+    auto* box = new QCheckBox(caption, parent ? parent : m_content);
+    box->setObjectName(controlName(name, index));
+    ApplyHelp(*box, HelpFor(name, index, m_ctx->family));
+    return box;
+}
+
+QLabel* MainWindowBase::buddyLabel(const QString& text, QWidget* buddy, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setBuddy(buddy);
+    return label;
+}
+
+bool MainWindowBase::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::EnabledChange) {
+        if (QLabel* label = m_labelOfBox.value(watched)) {
+            label->setEnabled(static_cast<QWidget*>(watched)->isEnabled());
+        }
+    }
+    if (event->type() == QEvent::FocusOut) {
+        const auto reason = static_cast<QFocusEvent*>(event)->reason();
+        // Only a move to another control of this window counts as leaving the box; a message
+        // box or another window taking the focus does not.
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
+            const auto it = m_leaveHandlers.constFind(watched);
+            if (it != m_leaveHandlers.constEnd()) {
+                const std::function<void()> handler = *it;
+                run(handler);
+            }
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void MainWindowBase::run(const std::function<void()>& handler) {
+    try {
+        handler();
+    } catch (const DeviceError& e) {
+        m_ctx->prompts.message(e.description());
+        afterDeviceFailure();
+    }
+}
+
+std::unique_ptr<WaitWindow> MainWindowBase::createWaitWindow(const QString& text) {
+    return std::make_unique<WaitFormWindow>(this, text);
+}
+
+void MainWindowBase::processEvents() {
+    QCoreApplication::processEvents();
+}
+
+std::int16_t MainWindowBase::choosePort() {
+    frmComport dialog(m_app.ports(), m_ctx->prompts, this);
+    m_ctx->prompts.runModal(dialog);
+    return dialog.SelectedCOM();
+}
+
+bool MainWindowBase::confirmCommLock() {
+    confirm dialog(this);
+    m_ctx->prompts.runModal(dialog);
+    return dialog.CheckSelection();
+}
+
+void MainWindowBase::showAbout(const QString& hardwareVersion) {
+    About box(m_ctx->session, m_ctx->prompts, this);
+    box.Init(hardwareVersion);
+    m_ctx->prompts.runModal(box);
+}
+
+void MainWindowBase::showLinearGraph(std::int16_t part, std::int16_t count, std::int16_t part2,
+                                     std::int16_t count2) {
+    frmLinearGraph graph(m_ctx->session, m_ctx->prompts, this);
+    graph.Init(part, count, part2, count2);
+    m_ctx->prompts.runModal(graph);
+}
+
+void MainWindowBase::showRealTimeDisplay(std::int16_t part, std::int16_t num) {
+    RealTimeDisplayBar display(m_ctx->session, m_ctx->prompts, m_ctx->pause, this);
+    display.Init(part, num);
+    m_ctx->prompts.runModal(display);
+}
+
+void MainWindowBase::showAdvanced(std::int16_t part, std::int16_t num) {
+    frmadvanced dialog(m_ctx->session, m_ctx->prompts, m_ctx->pause, this);
+    dialog.Init(part, num);
+    m_ctx->prompts.runModal(dialog);
+}
+
+}  // namespace rk31

@@ -1,0 +1,107 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+#include "device/WindowContext.h"
+#include "ui/kit/WidgetControlView.h"
+
+class QAbstractButton;
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QScrollArea;
+
+namespace rk31 {
+
+class Application;
+
+// What every main window shares, whichever variant it is: the window's context and control
+// view, the dialogs the window procedures open over it, boxes that are checked when they lose
+// the focus, and buttons whose handlers report a device failure instead of letting it escape.
+// The window's controls live on content(), inside a scroll area, so that a window on a small
+// screen scrolls instead of cutting its controls off.
+class MainWindowBase : public QWidget, public WindowUi {
+    Q_OBJECT
+  public:
+    MainWindowBase(Application& app, WindowFamily family, const QString& className,
+                   QWidget* parent = nullptr);
+    ~MainWindowBase() override;
+
+    WindowContext& context() { return *m_ctx; }
+    Application& application() { return m_app; }
+    ControlView& view() { return m_view; }
+
+    // The strip at the foot of the window for what this tool says beside the specified
+    // controls: a short note on the last command, kept until the next one, and badges (such as
+    // the sign of the simulated programmer) at its right end.
+    QWidget* noticeBar();
+    void showNotice(const QString& text);
+    QString notice() const;
+    void addBadge(QWidget* badge);
+    // "Part#1 programmed — 14:03:22": what a Program command leaves behind when it succeeded.
+    void noteProgrammed(const QString& parts);
+
+    // WindowUi
+    std::unique_ptr<WaitWindow> createWaitWindow(const QString& text) override;
+    void processEvents() override;
+    std::int16_t choosePort() override;
+    bool confirmCommLock() override;
+    void showAbout(const QString& hardwareVersion) override;
+    void showLinearGraph(std::int16_t part, std::int16_t count, std::int16_t part2,
+                         std::int16_t count2) override;
+    void showRealTimeDisplay(std::int16_t part, std::int16_t num) override;
+    void showAdvanced(std::int16_t part, std::int16_t num) override;
+
+  protected:
+    // Where the derived window puts its layout and controls.
+    QWidget* content() const { return m_content; }
+    // Called once the derived window has built its controls: captions become the group boxes'
+    // accessible names and each label greys with the box it names.
+    void finishUi();
+
+    // A text box named `name` (element `index`, -1 for a single box) whose `onLeave` runs when
+    // the user moves the focus to another control of this window.
+    QLineEdit* addBox(const QString& name, int index, const QString& text,
+                      std::function<void()> onLeave, QWidget* parent = nullptr);
+    // A command button: busy cursor while its handler runs, the last notice cleared first, and
+    // its mnemonic and tooltip.
+    QAbstractButton* addButton(const QString& name, int index, const QString& caption,
+                               std::function<void()> handler, QWidget* parent = nullptr);
+    QCheckBox* addCheckBox(const QString& name, int index, const QString& caption,
+                           QWidget* parent = nullptr);
+    // A label that names `buddy`, so that the box carries the label as its accessible name.
+    static QLabel* buddyLabel(const QString& text, QWidget* buddy, QWidget* parent);
+    static QString controlName(const QString& name, int index) {
+        return WidgetControlView::objectNameFor(name, index);
+    }
+
+    // Runs an event handler: a device call that fails as a whole is reported and the action
+    // abandoned, then the window gets the chance to bring its controls in line.
+    void run(const std::function<void()>& handler);
+    // After a handler was abandoned on a device failure.
+    virtual void afterDeviceFailure() {}
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+  private:
+    // While the simulated programmer is the device: says so, and opens its bench.
+    QWidget* simulatedProgrammerBadge();
+
+    Application& m_app;
+    QScrollArea* m_scroll = nullptr;
+    QWidget* m_content = nullptr;
+    bool m_sizedForScreen = false;
+    QHash<QObject*, QLabel*> m_labelOfBox;
+    QLabel* m_notice = nullptr;
+    QWidget* m_noticeBar = nullptr;
+    WidgetControlView m_view;
+    std::unique_ptr<WindowContext> m_ctx;
+    QHash<QObject*, std::function<void()>> m_leaveHandlers;
+};
+
+}  // namespace rk31

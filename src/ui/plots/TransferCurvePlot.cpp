@@ -1,0 +1,289 @@
+#include "ui/plots/TransferCurvePlot.h"
+
+#include <QFontMetricsF>
+#include <QLocale>
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+namespace rk31 {
+
+namespace {
+
+constexpr double kGridStep = 10;
+// The widest labels: the font shrinks until each fits into one grid column, so that neighbouring
+// angle labels stay apart, "100" stays left of the level axis and "deg" inside the right edge.
+// Where even the smallest legible size is too wide, the angle labels skip columns instead
+// (AngleLabelStep).
+const QString kColumnLabels[] = {QStringLiteral("360"), QStringLiteral("100"),
+                                 QStringLiteral("deg")};
+const QString kWidestAngleLabel = QStringLiteral("360");
+constexpr int kLargestLabelPixels = 15;
+// Below this a label is no longer read comfortably; the angle labels thin out instead.
+constexpr int kSmallestLabelPixels = 8;
+// Label every column, or every 2nd, 3rd, ... column: steps that divide the 36 columns evenly.
+constexpr int kAngleLabelSteps[] = {1, 2, 3, 4, 6, 9, 12, 18, 36};
+
+double columnPixels(QSizeF size) {
+    return kGridStep * size.width() / (kPlotRight - kPlotLeft);
+}
+
+// Width-1 lines sit on pixel centres and width-2 lines on pixel edges, so that the grid stays
+// crisp black instead of a two-pixel grey smear.
+double snap(double coordinate, int penWidth) {
+    return penWidth % 2 == 1 ? std::floor(coordinate) + 0.5 : std::round(coordinate);
+}
+
+
+// A line sample and the part's name for each curve, above the grid at the right.
+void drawLegend(PlotCanvas& canvas, const ShownParts& parts) {
+    double x = 250;
+    for (const ShownPart& shown : parts) {
+        canvas.SetPen(shown.colour, 2);
+        canvas.Line(x, 114, x + 12, 114);
+        canvas.SetPen(Qt::black, 1);
+        canvas.DrawLabel(static_cast<std::int16_t>(x + 15), 118,
+                         QStringLiteral("Part#%1").arg(shown.part + 1));
+        x += 60;
+    }
+}
+
+}  // namespace
+
+ShownParts SinglePart(std::int16_t part) {
+    return {ShownPart{part, kFirstCurveColour}};
+}
+
+std::vector<int> ShownPartIndexes(const ShownParts& parts) {
+    std::vector<int> indexes;
+    for (const ShownPart& shown : parts) {
+        indexes.push_back(shown.part);
+    }
+    return indexes;
+}
+
+ShownParts BothParts() {
+    return {ShownPart{0, kFirstCurveColour}, ShownPart{1, kSecondCurveColour}};
+}
+
+PlotCanvas::PlotCanvas(QPainter& painter, QSizeF size)
+    : m_painter(painter), m_transform(PlotTransform(size)) {}
+
+QTransform PlotCanvas::PlotTransform(QSizeF size) {
+    QTransform transform;
+    transform.scale(size.width() / (kPlotRight - kPlotLeft),
+                    -size.height() / (kPlotTop - kPlotBottom));
+    transform.translate(-kPlotLeft, -kPlotTop);
+    return transform;
+}
+
+QFont PlotCanvas::LabelFont(const QFont& base, QSizeF size) {
+    const double column = columnPixels(size);
+    const double rowPixels = kGridStep * size.height() / (kPlotTop - kPlotBottom);
+    QFont font(base);
+    int pixels =
+        std::clamp(static_cast<int>(rowPixels * 0.8), kSmallestLabelPixels, kLargestLabelPixels);
+    for (; pixels > kSmallestLabelPixels; --pixels) {
+        font.setPixelSize(pixels);
+        const QFontMetricsF metrics(font);
+        double widest = 0;
+        for (const QString& label : kColumnLabels) {
+            widest = std::max(widest, metrics.horizontalAdvance(label));
+        }
+        if (widest <= column * 0.9) {
+            break;
+        }
+    }
+    font.setPixelSize(pixels);
+    return font;
+}
+
+int PlotCanvas::AngleLabelStep(const QFont& font, QSizeF size) {
+    const double width = QFontMetricsF(font).horizontalAdvance(kWidestAngleLabel);
+    for (const int step : kAngleLabelSteps) {
+        if (width <= columnPixels(size) * step * 0.9) {
+            return step;
+        }
+    }
+    return kAngleLabelSteps[std::size(kAngleLabelSteps) - 1];
+}
+
+void PlotCanvas::DrawLabel(std::int16_t x, std::int16_t y, const QString& str) {
+    const QPointF topLeft = m_transform.map(QPointF(x, y));
+    m_painter.drawText(QRectF(topLeft, QSizeF(0, 0)),
+                       Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, str);
+}
+
+void PlotCanvas::Line(double x1, double y1, double x2, double y2) {
+    const int width = std::max(1, m_painter.pen().width());
+    const QPointF from = m_transform.map(QPointF(x1, y1));
+    const QPointF to = m_transform.map(QPointF(x2, y2));
+    m_painter.drawLine(QPointF(snap(from.x(), width), snap(from.y(), width)),
+                       QPointF(snap(to.x(), width), snap(to.y(), width)));
+}
+
+void PlotCanvas::Circle(double x, double y, double radius) {
+    const double pixels = radius * std::abs(m_transform.m11());
+    m_painter.drawEllipse(m_transform.map(QPointF(x, y)), pixels, pixels);
+}
+
+void PlotCanvas::SetPen(const QColor& colour, int width) {
+    QPen pen(colour, width);
+    pen.setCosmetic(true);
+    m_painter.setPen(pen);
+}
+
+void PaintTransferCurves(QPainter& painter, QSizeF size, const ShownParts& parts, int markedPoints,
+                         const CurveTables& curves, const RoundedImages& rounded) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    painter.setRenderHint(QPainter::TextAntialiasing, true);
+    painter.fillRect(QRectF(QPointF(0, 0), size), Qt::white);
+    const QFont labelFont = PlotCanvas::LabelFont(painter.font(), size);
+    const int angleLabelStep = PlotCanvas::AngleLabelStep(labelFont, size);
+    painter.setFont(labelFont);
+    painter.setBrush(Qt::NoBrush);
+
+    // "deg" stands at 370, or further left where a narrow plot would cut it off at the right
+    // edge; an angle label that would run into it is left out.
+    const QFontMetricsF metrics(labelFont);
+    const double unitsPerPixel = (kPlotRight - kPlotLeft) / size.width();
+    const QString unit = QStringLiteral("deg");
+    const auto unitAt = static_cast<std::int16_t>(
+        std::min(370.0, std::floor(kPlotRight - metrics.horizontalAdvance(unit) * unitsPerPixel)));
+
+    PlotCanvas canvas(painter, size);
+    canvas.SetPen(Qt::black, 1);
+    canvas.Line(0, 0, 370, 0);
+    canvas.Line(0, 0, 0, 110);
+    for (std::int16_t i = 1; i <= 10; ++i) {
+        const auto level = static_cast<std::int16_t>(10 * i);
+        canvas.Line(0, level, 360, level);
+        canvas.DrawLabel(-10, level, QString::number(level));
+    }
+    for (std::int16_t j = 1; j <= 36; ++j) {
+        const auto angle = static_cast<std::int16_t>(10 * j);
+        canvas.Line(angle, 0, angle, 100);
+        const QString label = QString::number(angle);
+        if (j % angleLabelStep == 0 &&
+            angle + metrics.horizontalAdvance(label) * unitsPerPixel <= unitAt) {
+            canvas.DrawLabel(angle, 0, label);
+        }
+    }
+    canvas.DrawLabel(-5, 0, QStringLiteral("O"));
+    canvas.DrawLabel(unitAt, 0, unit);
+    canvas.DrawLabel(0, 110, QStringLiteral("%VDD"));
+
+    for (const ShownPart& shown : parts) {
+        if (shown.part < 0 || shown.part > 1) {
+            continue;
+        }
+        const auto index = static_cast<std::size_t>(shown.part);
+        const CurveRows& rows = curves[index];
+        canvas.SetPen(shown.colour, 2);
+        for (int k = 0; k < DrawnSegmentCount(rows); ++k) {
+            const auto& from = rows[static_cast<std::size_t>(2 * k)];
+            const auto& to = rows[static_cast<std::size_t>(2 * k + 1)];
+            canvas.Line(from[0], from[1], to[0], to[1]);
+        }
+        const auto& points = rounded.RoundedPoints[index];
+        for (int p = 0; p < std::clamp(markedPoints, 0, 4); ++p) {
+            canvas.Circle(points[static_cast<std::size_t>(p)],
+                          points[static_cast<std::size_t>(p + 4)], 2);
+        }
+    }
+    if (parts.size() > 1) {
+        drawLegend(canvas, parts);
+    }
+    painter.restore();
+}
+
+TransferCurvePlot::TransferCurvePlot(const CurveTables& curves, const RoundedImages& rounded,
+                                     QWidget* parent)
+    : QWidget(parent), m_curves(&curves), m_rounded(&rounded) {
+    setObjectName(QStringLiteral("Picture1"));
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setMouseTracking(true);
+    setShownParts(SinglePart(0));
+}
+
+QString TransferCurvePlot::hoverText() const {
+    if (!m_hover) {
+        return {};
+    }
+    return QStringLiteral("Angle %1\u00B0 \u00B7 Level %2 %VDD")
+        .arg(QLocale::c().toString(m_hover->x(), 'f', 0),
+             QLocale::c().toString(m_hover->y(), 'f', 0));
+}
+
+void TransferCurvePlot::mouseMoveEvent(QMouseEvent* event) {
+    const QPointF at = PlotCanvas::PlotTransform(size()).inverted().map(event->position());
+    const bool overPlot = at.x() >= 0 && at.x() <= 360 && at.y() >= 0 && at.y() <= 100;
+    m_hover = overPlot ? std::optional<QPointF>(at) : std::nullopt;
+    setToolTip(hoverText());
+    update();
+    QWidget::mouseMoveEvent(event);
+}
+
+void TransferCurvePlot::leaveEvent(QEvent* event) {
+    m_hover.reset();
+    update();
+    QWidget::leaveEvent(event);
+}
+
+void TransferCurvePlot::setShownParts(ShownParts parts) {
+    m_source = [parts = std::move(parts)] { return parts; };
+    update();
+}
+
+void TransferCurvePlot::setShownPartsSource(PartsSource source) {
+    m_source = std::move(source);
+    update();
+}
+
+ShownParts TransferCurvePlot::shownParts() const {
+    return m_source ? m_source() : ShownParts{};
+}
+
+void TransferCurvePlot::setMarkedPoints(int count) {
+    m_markedPoints = count;
+    update();
+}
+
+void TransferCurvePlot::setPreferredSize(QSize size) {
+    m_preferredSize = size;
+    updateGeometry();
+}
+
+QSize TransferCurvePlot::sizeHint() const {
+    return m_preferredSize;
+}
+
+QSize TransferCurvePlot::minimumSizeHint() const {
+    return {640, 300};
+}
+
+void TransferCurvePlot::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    PaintTransferCurves(painter, size(), shownParts(), m_markedPoints, *m_curves, *m_rounded);
+    if (!m_hover) {
+        return;
+    }
+    // A crosshair through the pointer and the read-out in the top left corner.
+    const QPointF at = PlotCanvas::PlotTransform(size()).map(*m_hover);
+    painter.setPen(QPen(Qt::darkGray, 1, Qt::DashLine));
+    painter.drawLine(QPointF(at.x(), 0), QPointF(at.x(), height()));
+    painter.drawLine(QPointF(0, at.y()), QPointF(width(), at.y()));
+    const QString text = hoverText();
+    const QRectF box = QRectF(QPointF(6, 6), QFontMetricsF(font()).size(0, text))
+                           .adjusted(-4, -2, 4, 2)
+                           .translated(4, 2);
+    painter.fillRect(box, QColor(255, 255, 224));
+    painter.setPen(Qt::black);
+    painter.drawRect(box);
+    painter.drawText(box, Qt::AlignCenter, text);
+}
+
+}  // namespace rk31

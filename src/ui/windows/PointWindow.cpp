@@ -1,0 +1,289 @@
+#include "ui/windows/PointWindow.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+#include "device/DeviceSession.h"
+#include "procedures/points/PointPreparation.h"
+#include "procedures/shared/Connection.h"
+#include "procedures/shared/SettingsCommands.h"
+#include "ui/plots/CurveExport.h"
+#include "ui/plots/TransferCurvePlot.h"
+#include "device/FieldValidation.h"
+#include "ui/windows/SensorSketch.h"
+#include "ui/kit/CommandHelp.h"
+
+namespace rk31 {
+
+namespace {
+
+const char* const kPointLetters[] = {"A", "B"};
+
+QString partCaption(int part) {
+    return QStringLiteral("Part#") + QString::number(part + 1);
+}
+
+}  // namespace
+
+PointProgrammingWindow::PointProgrammingWindow(Application& app, const PointWindowTraits& traits,
+                                               const QString& className, QWidget* parent)
+    : MainWindowBase(app, FamilyOf(traits), className, parent),
+      m_traits(traits) {
+    buildUi();
+    run([this] { PointWindowLoad(context(), m_traits); });
+    refreshPictures();
+}
+
+void PointProgrammingWindow::afterDeviceFailure() {
+    PointAfterDeviceFailure(context());
+}
+
+QAbstractButton* PointProgrammingWindow::addCommand(const QString& name, const QString& caption,
+                                                    std::function<void()> handler) {
+    auto* button = addButton(name, -1, caption, std::move(handler));
+    // After the handler: Set point B leaves a new curve behind, and any command may have moved
+    // the rounded points that the plot marks.
+    connect(button, &QAbstractButton::clicked, this, [this] { refreshPictures(); });
+    return button;
+}
+
+int PointProgrammingWindow::addCurveBoxes(QGridLayout* grid, int row, int part, QWidget* frame) {
+    WindowContext& ctx = context();
+    const int index = m_traits.bothParts ? part : -1;
+    const struct {
+        const QString& name;
+        QString label;
+        QString text;
+        Field field;
+    } boxes[] = {
+        {ctl::DP, tr("DP (deg)"), DefaultDPText, Field::DP},
+        {ctl::clamphigh, tr("Clamp High (%VDD)"), DefaultClampHighText, Field::ClampHigh},
+        {ctl::clamplow, tr("Clamp Low (%VDD)"), DefaultClampLowText, Field::ClampLow},
+    };
+    for (const auto& b : boxes) {
+        const Field field = b.field;
+        auto* box = addBox(
+            b.name, index, b.text, [&ctx, field, index] { ValidateField(ctx, field, index); },
+            frame);
+        grid->addWidget(buddyLabel(b.label, box, frame), row, 0);
+        grid->addWidget(box, row, 1);
+        if (b.name == ctl::DP && !m_traits.bothParts && !m_traits.offsets) {
+            grid->addWidget(addCommand(ctl::GetDP, tr("Get DP Mid Point"),
+                                       [this] { PointGetDPCommand(context(), m_traits); }),
+                            row, 2);
+        }
+        ++row;
+    }
+    auto* clockwise = addCheckBox(
+        ctl::clockwise, index,
+        m_traits.bothParts ? tr("CW (%1)").arg(partCaption(part)) : tr("clockwise"), frame);
+    connect(clockwise, &QCheckBox::stateChanged, this, [this] { refreshPictures(); });
+    grid->addWidget(clockwise, row++, 0, 1, 2);
+    return row;
+}
+
+int PointProgrammingWindow::addPointBoxes(QGridLayout* grid, int row, int part, QWidget* frame) {
+    WindowContext& ctx = context();
+    for (int k = 0; k < 2; ++k) {
+        const int index = m_traits.bothParts ? part * 2 + k : k;
+        const QString letter = QString::fromLatin1(kPointLetters[k]);
+        auto* angle = addBox(
+            ctl::Angle, index, QString(),
+            [&ctx, index] { ValidateField(ctx, Field::Angle, index); }, frame);
+        auto* level = addBox(
+            ctl::Level, index, QString(),
+            [&ctx, index] { ValidateField(ctx, Field::Level, index); }, frame);
+        const QString angleLabel = tr("Angle %1 (deg)").arg(letter);
+        const QString levelLabel = tr("Level %1 [%VDD]").arg(letter);
+        if (m_traits.bothParts) {
+            // Narrow columns: the two parts stand side by side.
+            grid->addWidget(buddyLabel(angleLabel, angle, frame), row, 0);
+            grid->addWidget(angle, row++, 1);
+            grid->addWidget(buddyLabel(levelLabel, level, frame), row, 0);
+            grid->addWidget(level, row++, 1);
+        } else {
+            grid->addWidget(buddyLabel(angleLabel, angle, frame), row, 0);
+            grid->addWidget(angle, row, 1);
+            grid->addWidget(buddyLabel(levelLabel, level, frame), row, 2);
+            grid->addWidget(level, row++, 3);
+        }
+    }
+    return row;
+}
+
+QGroupBox* PointProgrammingWindow::buildOffsetFrame() {
+    WindowContext& ctx = context();
+    auto* frame = new QGroupBox(tr("Offset setting against Angle A"), this);
+    frame->setObjectName(ctl::Frame1);
+    auto* grid = new QGridLayout(frame);
+    const struct {
+        const QString& name;
+        QString label;
+    } offsets[] = {{ctl::OffsetDP, tr("DP offset (deg)")},
+                   {ctl::OffsetAngleB, tr("Angle B offset (deg)")}};
+    int row = 0;
+    for (const auto& o : offsets) {
+        auto* box = addBox(
+            o.name, -1, DefaultOffsetText, [&ctx, name = o.name] { OffsetLeft(ctx, name); }, frame);
+        grid->addWidget(buddyLabel(o.label, box, frame), row, 0);
+        grid->addWidget(box, row++, 1);
+    }
+    grid->setColumnStretch(2, 1);
+    return frame;
+}
+
+QGroupBox* PointProgrammingWindow::buildOnePartFrame() {
+    auto* partFrame = new QGroupBox(tr("Part Configuration"), this);
+    partFrame->setObjectName(ctl::PartFrame);
+    auto* column = new QVBoxLayout(partFrame);
+
+    auto* top = new QGridLayout;
+    auto* partSel = new QComboBox(partFrame);
+    partSel->setObjectName(ctl::PartSel);
+    connect(partSel, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            [this] { refreshPictures(); });
+    top->addWidget(buddyLabel(tr("Part"), partSel, partFrame), 0, 0);
+    top->addWidget(partSel, 0, 1);
+    addCurveBoxes(top, 1, 0, partFrame);
+    top->setColumnStretch(3, 1);
+    column->addLayout(top);
+
+    auto* points = new QGroupBox(tr("2 Points"), partFrame);
+    points->setObjectName(ctl::Frame2);
+    auto* grid = new QGridLayout(points);
+    const int row = addPointBoxes(grid, 0, 0, points);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(addCommand(ctl::SetpointA, tr("Set point A"),
+                                  [this] { SetPointACommand(context(), m_traits); }));
+    auto* setPointB =
+        addCommand(ctl::SetpointB, m_traits.offsets ? tr("Program") : tr("Set point B"),
+                   [this] { this->setPointB(); });
+    if (m_traits.offsets) {
+        ApplyHelp(*setPointB,
+                  {u'r', tr("Programs the part with point A, and point B and DP at their offsets "
+                            "from it, then powers it off")});
+    }
+    buttons->addWidget(setPointB);
+    buttons->addStretch(1);
+    grid->addLayout(buttons, row, 0, 1, 4);
+    column->addWidget(points);
+    if (m_traits.offsets) {
+        column->addWidget(buildOffsetFrame());
+    }
+    return partFrame;
+}
+
+QGroupBox* PointProgrammingWindow::buildDualFrame() {
+    auto* partFrame = new QGroupBox(tr("Part Configuration"), this);
+    partFrame->setObjectName(ctl::PartFrame);
+    auto* column = new QVBoxLayout(partFrame);
+    auto* parts = new QHBoxLayout;
+    for (int part = 0; part < 2; ++part) {
+        auto* frame = new QGroupBox(partCaption(part), partFrame);
+        frame->setObjectName(part == 0 ? ctl::Frame1 : ctl::Frame2);
+        auto* grid = new QGridLayout(frame);
+        const int row = addPointBoxes(grid, 0, part, frame);
+        addCurveBoxes(grid, row, part, frame);
+        parts->addWidget(frame);
+    }
+    column->addLayout(parts);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(addCommand(ctl::SetpointA, tr("Set point A"),
+                                  [this] { SetPointACommand(context(), m_traits); }));
+    buttons->addWidget(addCommand(ctl::SetpointB, tr("Set point B"), [this] { setPointB(); }));
+    buttons->addWidget(
+        addCommand(ctl::GetDP, tr("Get DP"), [this] { PointGetDPCommand(context(), m_traits); }));
+    buttons->addStretch(1);
+    column->addLayout(buttons);
+    return partFrame;
+}
+
+QLayout* PointProgrammingWindow::buildTopBar() {
+    WindowContext& ctx = context();
+    auto* bar = new QHBoxLayout;
+    bar->addWidget(addButton(ctl::connect, -1, kConnectCaption, [&ctx] { PointConnectCommand(ctx); }));
+    if (m_traits.powerButton) {
+        bar->addWidget(addCommand(ctl::PowerOn, kPowerOnCaption,
+                                  [this] { PointPowerOnCommand(context(), m_traits); }));
+    }
+    bar->addStretch(1);
+    bar->addWidget(addButton(ctl::exportCurve, -1, tr("Export\u2026"), [this] {
+        ExportCurveCommand(*m_plot, m_lastExport, context().prompts);
+    }));
+    bar->addWidget(
+        addButton(ctl::mOpen, -1, tr("Load Settings"), [&ctx] { LoadSettingsCommand(ctx); }));
+    bar->addWidget(
+        addButton(ctl::mSaveAs, -1, tr("Save Settings"), [&ctx] { SaveSettingsCommand(ctx); }));
+    bar->addWidget(addButton(ctl::btnAbout, -1, tr("About"), [&ctx] { AboutCommand(ctx); }));
+    return bar;
+}
+
+void PointProgrammingWindow::buildUi() {
+    m_plot = new TransferCurvePlot(context().session.CurveTable, context().session.rounded, this);
+    m_plot->setObjectName(ctl::Picture1);
+    m_plot->setMarkedPoints(2);
+    m_plot->setAccessibleName(tr("Transfer curve"));
+    m_plot->setMinimumSize(520, 280);
+    m_plot->setPreferredSize({640, 420});
+    WindowContext& ctx = context();
+    const bool both = m_traits.bothParts;
+    if (both) {
+        m_plot->setShownParts(BothParts());
+    } else {
+        m_plot->setShownPartsSource(
+            [&ctx] { return SinglePart(static_cast<std::int16_t>(ctx.selectedPart())); });
+    }
+    m_sketch = new SensorSketch(
+        [&ctx, both] {
+            std::vector<SensorSketch::Direction> directions;
+            if (both) {
+                for (int part = 0; part < 2; ++part) {
+                    directions.push_back({partCaption(part),
+                                          part == 0 ? kFirstCurveColour : kSecondCurveColour,
+                                          ctx.view.value(ctl::clockwise, part) == 1});
+                }
+            } else {
+                directions.push_back({partCaption(ctx.selectedPart()), kFirstCurveColour,
+                                      ctx.view.value(ctl::clockwise) == 1});
+            }
+            return directions;
+        },
+        this);
+
+    auto* layout = new QVBoxLayout(content());
+    layout->addLayout(buildTopBar());
+    auto* body = new QHBoxLayout;
+    auto* left = new QVBoxLayout;
+    left->addWidget(both ? buildDualFrame() : buildOnePartFrame());
+    left->addWidget(m_sketch, 1);
+    body->addLayout(left);
+    body->addWidget(m_plot, 1);
+    layout->addLayout(body, 1);
+    layout->addWidget(noticeBar());
+    finishUi();
+}
+
+void PointProgrammingWindow::setPointB() {
+    if (!SetPointBCommand(context(), m_traits)) {
+        return;
+    }
+    noteProgrammed(m_traits.bothParts ? tr("Part#1 and Part#2")
+                                      : partCaption(context().selectedPart()));
+}
+
+void PointProgrammingWindow::refreshPictures() {
+    if (m_plot) {
+        m_plot->update();
+    }
+    if (m_sketch) {
+        m_sketch->refresh();
+    }
+}
+
+}  // namespace rk31

@@ -9,7 +9,6 @@
 #include <stdexcept>
 
 #include "device/WindowContext.h"
-#include "device/DeviceSession.h"
 
 namespace rk31::bench {
 
@@ -43,11 +42,8 @@ void BenchPrompts::runModal(QDialog& dialog) {
 }
 
 PreparedWindow::PreparedWindow(const sim::SimConfig& config)
-    : m_simulation(sim::InstallSimulation(config)),
-      m_services(
-          std::make_unique<ScopedServices>(Services{&prompts, &pause, m_simulation.ports.get()})) {
-    DeviceSession::instance().resetToFreshProcess();
-    m_window = std::make_unique<MainForm2Parts2Src>();
+    : m_programmer(config), m_app(StartSettings{}, prompts, pause, &m_programmer) {
+    m_window = std::make_unique<MainForm2Parts2Src>(m_app);
     m_window->show();
     QCoreApplication::processEvents();
 
@@ -85,11 +81,6 @@ PreparedWindow::PreparedWindow(const sim::SimConfig& config)
     }
     expectNoMessages("typing the characteristic");
     QCoreApplication::processEvents();
-}
-
-PreparedWindow::~PreparedWindow() {
-    m_window.reset();
-    DeviceSession::instance().resetToFreshProcess();
 }
 
 void PreparedWindow::click(const QString& name, int index) {

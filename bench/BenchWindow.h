@@ -6,10 +6,10 @@
 #include <functional>
 #include <memory>
 
+#include "device/Application.h"
 #include "domain/Prompts.h"
-#include "core/Services.h"
-#include "ui/windows/MainForm2Parts.h"
 #include "sim/SimulatedProgrammer.h"
+#include "ui/windows/MainForm2Parts.h"
 
 namespace rk31::bench {
 
@@ -40,16 +40,15 @@ class BenchPause : public Pause {
     long long requestedMs = 0;
 };
 
-// The "/1" main window on the simulated programmer, connected on COM1, Part#1 enabled, powered
-// and in OWI mode, with a four-point characteristic typed into its boxes. Throws
-// std::runtime_error when any step shows a message or a control is missing.
+// The "/1" main window of a fresh application on the simulated programmer, connected on COM1,
+// Part#1 enabled, powered and in OWI mode, with a four-point characteristic typed into its
+// boxes. Throws std::runtime_error when any step shows a message or a control is missing.
 class PreparedWindow {
   public:
     explicit PreparedWindow(const sim::SimConfig& config);
-    ~PreparedWindow();
 
     MainForm2Parts2Src& window() { return *m_window; }
-    sim::SimulatedBox& box() { return *m_simulation.box; }
+    sim::SimulatedBox& box() { return m_programmer.box(); }
     BenchPrompts prompts;
     BenchPause pause;
 
@@ -61,8 +60,8 @@ class PreparedWindow {
   private:
     void typeInto(const QString& name, int index, const QString& text);
 
-    sim::Simulation m_simulation;
-    std::unique_ptr<ScopedServices> m_services;
+    sim::SimulatedProgrammer m_programmer;
+    Application m_app;
     std::unique_ptr<MainForm2Parts2Src> m_window;
 };
 

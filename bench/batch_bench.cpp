@@ -13,9 +13,10 @@
 
 #include "ProcStatus.h"
 #include "Report.h"
-#include "procedures/batch/BatchRun.h"
+#include "device/Application.h"
 #include "domain/Prompts.h"
-#include "device/DeviceSession.h"
+#include "procedures/batch/BatchRun.h"
+#include "procedures/batch/BatchSeams.h"
 #include "sim/SimulatedProgrammer.h"
 
 using namespace rk31;
@@ -77,16 +78,18 @@ int main(int argc, char** argv) {
     std::vector<long> rssKb;
     QElapsedTimer clock;
     for (int chip = 0; chip < chips; ++chip) {
-        // A new chip in the socket: a fresh box, as the line's handler puts the next part in.
-        const sim::Simulation simulation = sim::InstallSimulation(config);
-        DeviceSession::instance().resetToFreshProcess();
+        // A new chip in the socket: a fresh box, as the line's handler puts the next part in,
+        // and a fresh application, as each run of rk31prog is a process of its own.
+        sim::SimulatedProgrammer programmer(config);
+        BatchPrompts prompts(output);
+        Application application(StartSettings{}, prompts, pause, &programmer);
         clock.start();
-        BatchRunner runner(options, output, pause);
+        BatchRunner runner(options, output, application, prompts);
         if (runner.run() != kExitOk) {
             ++failures;
         }
         perChipMs.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
-        callsPerChip = simulation.box->trace.size();
+        callsPerChip = programmer.box().trace().size();
         if ((chip + 1) % kBlock == 0) {
             rssKb.push_back(StatusKb("VmRSS"));
         }
@@ -131,6 +134,5 @@ int main(int argc, char** argv) {
                     .arg(failures)
                     .arg(callsPerChip)
                     .arg(pause.slept / chips));
-    DeviceSession::instance().resetToFreshProcess();
     return 0;
 }

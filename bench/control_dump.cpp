@@ -19,10 +19,10 @@
 #include <cstdio>
 #include <utility>
 
-#include "ui/windows/Startup.h"
-#include "core/Services.h"
-#include "ui/kit/QtPrompts.h"
+#include "device/Application.h"
 #include "sim/SimulatedProgrammer.h"
+#include "ui/kit/QtPrompts.h"
+#include "ui/windows/Startup.h"
 
 namespace {
 
@@ -98,10 +98,12 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     rk31::QtPrompts prompts;
     rk31::QtPause pause;
-    auto simulation = rk31::sim::InstallSimulation({});
-    rk31::InstallServices({&prompts, &pause, simulation.ports.get()});
+    // The program finds the simulated programmer when no other driver is installed, and its
+    // windows then carry the badge that opens the simulator's bench: so does this window.
+    rk31::sim::SimulatedProgrammer programmer({});
+    rk31::Application application(rk31::StartSettings{}, prompts, pause, &programmer);
     const auto window =
-        rk31::CreateMainWindow(rk31::VariantForCommandLine(app.arguments().value(1)));
+        rk31::CreateMainWindow(rk31::VariantForCommandLine(app.arguments().value(1)), application);
     if (!window) {
         std::fprintf(stderr, "usage: control_dump /0../6\n");
         return 2;

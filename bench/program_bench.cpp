@@ -72,7 +72,7 @@ class Driver {
         const qint64 finished = m_clock.nsecsElapsed();
         m_bench.expectNoMessages("programming");
         // A refused action would be fast and wrong: the EEPROM must have been programmed.
-        const QStringList& trace = m_bench.box().trace;
+        const QStringList trace = m_bench.box().trace();
         if (!trace.contains(QStringLiteral("ProgramEEPROM(0)")) ||
             trace.last() != QStringLiteral("EnterOWIMode(0)")) {
             throw std::runtime_error("the action did not program Part#1: " +

@@ -46,8 +46,9 @@ run() {
     fi
 }
 
-# The benchmarks set up the simulator themselves; the user's settings must not change the figures.
-unset RK31_SIM RK31_DEVICE_LOG RK31_BENCH
+# The benchmarks set up the simulator themselves, and the program loads the build's own; the
+# user's settings must not change the figures.
+unset RK31_SIM RK31_DEVICE_LOG RK31_BENCH RK31_DRIVER RK31_DRIVER_PATH
 export QT_QPA_PLATFORM=offscreen
 
 bin=$build/bench
@@ -99,3 +100,8 @@ echo
 echo "(d) rk31prog on a production line: 1,000 chips in a row, both parts programmed and verified,"
 echo "    simulator without latency"
 run "$bin/batch_bench" 1000
+
+echo
+echo "(e) Real-time output display through an eight-hour day (288,000 ticks), Part#1 in ADC mode,"
+echo "    simulator without latency: resident memory"
+run "$bin/display_memory_bench" 8

@@ -6,16 +6,15 @@
 // that its cost, which any window with text pays once, shows apart from the window's.
 #include <unistd.h>
 #include <QApplication>
+#include <QDir>
 #include <QFontMetrics>
 #include <cstdio>
 #include <ctime>
 
 #include "ProcStatus.h"
-#include "ui/windows/Startup.h"
-#include "core/Services.h"
+#include "device/Application.h"
 #include "ui/kit/QtPrompts.h"
-#include "sim/SimulatedProgrammer.h"
-#include "sim/bench/SimulationBench.h"
+#include "ui/windows/Startup.h"
 
 namespace {
 
@@ -34,15 +33,19 @@ int main(int argc, char** argv) {
 
     rk31::QtPrompts prompts;
     rk31::QtPause pause;
-    auto simulation = rk31::sim::InstallSimulationFromEnvironment();
-    rk31::InstallServices({&prompts, &pause, simulation.ports.get()});
-    rk31::sim::SimulationBench bench(simulation);
-    Phase("services");
+    rk31::StartSettings settings = rk31::StartSettings::FromEnvironment();
+    // The program looks for its drivers beside itself; the probe is one folder further down, so
+    // it is shown the program's folder, and loads the same driver from the same file.
+    settings.driverPath << QDir(QCoreApplication::applicationDirPath())
+                               .absoluteFilePath(QStringLiteral("../plugins"));
+    rk31::Application application(settings, prompts, pause);
+    Phase("driver");
 
     (void)QFontMetrics(QApplication::font()).height();
     Phase("fonts");
 
-    const auto window = rk31::CreateMainWindow(rk31::VariantForCommandLine(QStringLiteral("/1")));
+    const auto window =
+        rk31::CreateMainWindow(rk31::VariantForCommandLine(QStringLiteral("/1")), application);
     if (!window) {
         return 1;
     }
@@ -50,5 +53,10 @@ int main(int argc, char** argv) {
     window->show();
     Phase("shown");
     std::fflush(stdout);
+    // Without its driver the window lacks the simulator's badge and is not the program's window.
+    if (application.bench() == nullptr) {
+        std::fprintf(stderr, "startup_probe: the simulated programmer's driver was not found\n");
+        return 1;
+    }
     return app.exec();
 }

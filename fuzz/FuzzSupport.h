@@ -9,8 +9,6 @@
 #include <cstring>
 
 #include "domain/Prompts.h"
-#include "device/DeviceSession.h"
-#include "sim/SimulatedProgrammer.h"
 
 namespace rk31::fuzz {
 
@@ -37,22 +35,6 @@ class QuietPrompts : public Prompts {
 class NoPause : public Pause {
   public:
     void sleep(int) override {}
-};
-
-// One simulated programmer for the whole run, connected as after Connect on its port.
-struct ConnectedBench {
-    ConnectedBench() : simulation(sim::InstallSimulation({})) {
-        DeviceSession::instance().resetToFreshProcess();
-        DeviceSession::instance().ConnectProgrammer(1, prompts);
-        DeviceSession::instance().ProgrammerConnected = 1;
-    }
-    static ConnectedBench& get() {
-        static ConnectedBench bench;
-        return bench;
-    }
-    QuietPrompts prompts;
-    NoPause pause;
-    sim::Simulation simulation;
 };
 
 // Reads the input front to back; past its end every value is 0.

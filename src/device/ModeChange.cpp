@@ -1,12 +1,12 @@
 #include "device/ModeChange.h"
 
 #include "device/ChipStateMachine.h"
+#include "device/DeviceSession.h"
 #include "device/UpdateControl.h"
-#include "domain/ControlView.h"
 #include "device/WindowContext.h"
+#include "domain/ControlView.h"
 #include "domain/Messages.h"
 #include "domain/Prompts.h"
-#include "device/DeviceSession.h"
 
 namespace rk31 {
 
@@ -67,9 +67,9 @@ void ToOWIModeBothParts(WindowContext& ctx) {
                          QStringLiteral("Part#1 and Part#2 :  In transition to OWI Mode..."));
     }
     ctx.ui.processEvents();
-    if (!Machine(ctx).ChipChangeToState(2, state[0], OwiMode)) {
+    if (!Machine(ctx).ChipChangeToState(StateIndex(kBothParts), state[0], OwiMode)) {
         ctx.prompts.message(kCommLockRefusedText);
-        Machine(ctx).ChipChangeToState(2, OwiMode, AdcMode);
+        Machine(ctx).ChipChangeToState(StateIndex(kBothParts), OwiMode, AdcMode);
     }
     if (ctx.isTwoPart()) {
         UpdateControl(ctx);

@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <functional>
 
-#include "ui/windows/Startup.h"
 #include "support/WindowHarness.h"
+#include "ui/windows/Startup.h"
 
 using namespace rk31;
 using namespace rk31::test;
@@ -252,7 +252,7 @@ QString stateText(int part, int state) {
 // Empty when the window agrees with the dies, else what disagrees.
 QStringList disagreements(Window win, Bench& b) {
     QStringList found;
-    const DeviceSession& s = DeviceSession::instance();
+    const DeviceSession& s = b.session();
     const int die[2] = {dieState(b.box().dies[0]), dieState(b.box().dies[1])};
     for (int p = 0; p < 2; ++p) {
         if (s.ChipState[p] != die[p]) {
@@ -390,7 +390,7 @@ void FaultTableTest::everyFaultAgainstEveryCommand() {
     const Fault& f = kFaults[fault];
     const Command& c = kCommands[command];
     Bench b(sim::ParseSimConfig(QString::fromLatin1(f.config), nullptr));
-    const std::unique_ptr<QWidget> window = CreateMainWindow(variant);
+    const std::unique_ptr<QWidget> window = b.window(variant);
     const Window win{window.get(), variant};
     reach(c.start, win, b);
     b.prompts.messages.clear();
@@ -415,7 +415,7 @@ void FaultTableTest::everyFaultAgainstEveryCommand() {
 // window never claims more than the device did; a later good connect starts from scratch.
 void FaultTableTest::aPortWithNothingBehindItLeavesTheWindowHonest() {
     Bench b;
-    const std::unique_ptr<QWidget> window = CreateMainWindow(1);
+    const std::unique_ptr<QWidget> window = b.window(1);
     const Window win{window.get(), 1};
     const QString connected = QStringLiteral(
         "Ready: Connected with Programmer -- Part#1: Power "
@@ -473,7 +473,7 @@ void FaultTableTest::aPortWithNothingBehindItLeavesTheWindowHonest() {
         QVERIFY2(found.isEmpty(), qPrintable(s.step + (": " + found.join("; "))));
     }
     // The next Power On powers the part on.
-    b.trace().clear();
+    b.clearTrace();
     click(win.w, "PowerOn", 0);
     QCOMPARE(b.trace().mid(0, 2), QStringList({"PowerOnChip(0)", "EnterADCMode(0)"}));
     QCOMPARE(textOf(win.w, "PowerOn", 0), QStringLiteral("Power Off"));

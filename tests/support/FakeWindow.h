@@ -4,8 +4,8 @@
 #include <QStringList>
 #include <memory>
 
-#include "domain/ValueControlView.h"
 #include "device/WindowContext.h"
+#include "domain/ValueControlView.h"
 
 namespace rk31::test {
 

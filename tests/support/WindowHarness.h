@@ -13,31 +13,32 @@
 #include <QWidget>
 #include <memory>
 
-#include "core/Services.h"
+#include "device/Application.h"
 #include "device/DeviceSession.h"
-#include "ui/kit/WidgetControlView.h"
 #include "sim/SimulatedProgrammer.h"
 #include "support/ScriptedPrompts.h"
+#include "ui/kit/WidgetControlView.h"
+#include "ui/windows/Startup.h"
 
 namespace rk31::test {
 
-// Everything a window test runs on: scripted prompts and pause, the simulated programmer with a
-// fresh box, and a session record as a fresh process has it.
+// Everything a window test runs on, as the program runs: the application object over the
+// simulated programmer with a fresh box, and scripted prompts and pause.
 struct Bench {
-    explicit Bench(const sim::SimConfig& config = {})
-        : simulation(sim::InstallSimulation(config)),
-          services(Services{&prompts, &pause, simulation.ports.get()}) {
-        DeviceSession::instance().resetToFreshProcess();
-    }
-    ~Bench() { DeviceSession::instance().resetToFreshProcess(); }
+    explicit Bench(const sim::SimConfig& config = {}, const StartSettings& settings = {})
+        : programmer(config), app(settings, prompts, pause, &programmer) {}
 
-    sim::SimulatedBox& box() { return *simulation.box; }
-    QStringList& trace() { return simulation.box->trace; }
+    sim::SimulatedBox& box() { return programmer.box(); }
+    QStringList trace() const { return programmer.simulation().box->trace(); }
+    void clearTrace() { programmer.box().clearTrace(); }
+    DeviceSession& session() { return app.session(); }
+    // The main window of switch "/variant", made as start-up makes it.
+    std::unique_ptr<QWidget> window(int variant) { return CreateMainWindow(variant, app); }
 
     ScriptedPrompts prompts;
     RecordingPause pause;
-    sim::Simulation simulation;
-    ScopedServices services;
+    sim::SimulatedProgrammer programmer;
+    Application app;
 };
 
 inline QString nameOf(const QString& name, int index) {
@@ -114,7 +115,7 @@ inline void scriptDialogClick(ScriptedPrompts& prompts, const QString& name) {
 // messages and dialog titles emptied.
 template <typename W>
 std::unique_ptr<W> openConnected(Bench& bench, bool power) {
-    auto window = std::make_unique<W>();
+    auto window = std::make_unique<W>(bench.app);
     QWidget* w = window.get();
     scriptPortChoice(bench.prompts, "COM1");
     click(w, "connect");
@@ -127,7 +128,7 @@ std::unique_ptr<W> openConnected(Bench& bench, bool power) {
             click(w, "PowerOn", oneSupply ? -1 : part);
         }
     }
-    bench.trace().clear();
+    bench.clearTrace();
     bench.prompts.messages.clear();
     bench.prompts.modalTitles.clear();
     return window;

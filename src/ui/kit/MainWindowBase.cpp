@@ -15,20 +15,20 @@
 #include <QVBoxLayout>
 
 #include "device/Application.h"
+#include "device/DeviceSession.h"
 #include "domain/AppTitle.h"
 #include "domain/Prompts.h"
 #include "rk31/DeviceBench.h"
-#include "ui/kit/BusyCursor.h"
+#include "rk31/DeviceError.h"
+#include "ui/dialogs/About.h"
 #include "ui/dialogs/RealTimeDisplayBar.h"
-#include "ui/plots/frmLinearGraph.h"
+#include "ui/dialogs/confirm.h"
 #include "ui/dialogs/frmComport.h"
 #include "ui/dialogs/frmadvanced.h"
-#include "rk31/DeviceError.h"
-#include "device/DeviceSession.h"
-#include "ui/dialogs/About.h"
-#include "ui/dialogs/confirm.h"
 #include "ui/dialogs/waitform.h"
+#include "ui/kit/BusyCursor.h"
 #include "ui/kit/CommandHelp.h"
+#include "ui/plots/frmLinearGraph.h"
 
 namespace rk31 {
 
@@ -155,7 +155,7 @@ QWidget* MainWindowBase::noticeBar() {
 }
 
 QWidget* MainWindowBase::simulatedProgrammerBadge() {
-    auto* badge = new QPushButton(QStringLiteral("Simulated programmer"), m_noticeBar);
+    auto* badge = new QPushButton(QStringLiteral("Si&mulated programmer"), m_noticeBar);
     badge->setObjectName(QStringLiteral("simulatedProgrammer"));
     badge->setAutoDefault(false);
     badge->setCursor(Qt::PointingHandCursor);

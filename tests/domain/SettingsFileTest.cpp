@@ -1,0 +1,253 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "domain/ControlNames.h"
+#include "domain/SettingsFile.h"
+#include "domain/ValueControlView.h"
+#include "support/ScriptedPrompts.h"
+
+using namespace rk31;
+
+// Readable failure output for QString comparisons.
+inline void PrintTo(const QString& text, std::ostream* os) {
+    *os << '"' << text.toStdString() << '"';
+}
+
+namespace {
+
+QByteArray readBytes(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Directory permissions do not stop root, so the save runs in a child without privileges.
+bool saveAsNobody(const QString& path, const QStringList& lines) {
+    const pid_t child = fork();
+    if (child == 0) {
+        const bool dropped = geteuid() != 0 || (setgid(65534) == 0 && setuid(65534) == 0);
+        _exit(dropped && SaveLines(path, lines) ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+constexpr auto kTwoPart = WindowFamily::TwoPartTwoSupplies;
+
+// A two-part window's controls as it opens: its lists at their first item.
+ValueControlView freshTwoPartWindow() {
+    ValueControlView view(TwoPartControls(false));
+    for (int part = 0; part < 2; ++part) {
+        for (const QString& list : {ctl::OutMode, ctl::PWMFreq, ctl::PWMPolarity}) {
+            view.setListIndex(list, part, 0);
+        }
+    }
+    return view;
+}
+
+// Every field away from its default, with texts that a careless reader would mangle; boxes are
+// saved as they stand, even when not yet validated.
+ValueControlView typedTwoPartWindow() {
+    ValueControlView view = freshTwoPartWindow();
+    // clang-format off
+    const struct { const QString& name; int index; const char* text; } texts[] = {
+        {ctl::VDD, 0, "4.987"}, {ctl::DP, 0, "123.46"}, {ctl::clamphigh, 0, "90.00"}, {ctl::clamplow, 0, "10.00"},
+        {ctl::Angle, 0, "10.00"}, {ctl::Level, 2, "35.00"}, {ctl::KforA, 0, "-0.2500"}, {ctl::op, 0, "45.00"},
+        {ctl::hys, 0, "2.25"}, {ctl::VDD, 1, " 5 V"}, {ctl::DP, 1, "abc"}, {ctl::Angle, 7, "4"}, {ctl::Level, 4, "5"},
+        {ctl::Angle, 4, "Angle: 12\u00b0 \U0001F600"},
+    };
+    // clang-format on
+    for (const auto& t : texts) {
+        view.setText(t.name, t.index, QString::fromUtf8(t.text));
+    }
+    view.setValue(ctl::clockwise, 0, 1);
+    view.setValue(ctl::Kpolarity, 1, 1);
+    view.setListIndex(ctl::OutMode, 0, 1);
+    view.setListIndex(ctl::PWMFreq, 0, 3);
+    view.setListIndex(ctl::PWMPolarity, 1, 1);
+    view.setListIndex(ctl::OutMode, 1, -1);
+    return view;
+}
+
+}  // namespace
+
+TEST(TwoPartSettingsFile, FreshWindowWritesTheExampleLines) {
+    // clang-format off
+    const QStringList part = {"VDD is(V):5.000", "Direction is:CCW", "DP is(deg):260.00", "Clamp High is(%):95.00",
+        "Clamp Low is(%):5.00", "Angle of Point A is(deg):", "Level of Point A is(%):", "Angle of Point B is(deg):",
+        "Level of Point B is(%):", "Angle of Point C is(deg):", "Level of Point C is(%):", "Angle of Point D is(deg):",
+        "Level of Point D is(%):", "Slope parameter is(%VDD/deg):", "OP parameter is(deg):",
+        "HYS parameter is(deg):1.00", "Polarity parameter is:0", "OutMode is:0", "PWMFreq is:0", "PWMPolarity is0"};
+    // clang-format on
+    EXPECT_EQ(SettingsLinesOf(freshTwoPartWindow(), kTwoPart),
+              QStringList{"Part #1:"} + part + QStringList{"Part #2:"} + part);
+}
+
+TEST(TwoPartSettingsFile, RoundTripReadsByPosition) {
+    QTemporaryDir dir;
+    const QString path = dir.filePath("profile.txt");
+    const QStringList written = SettingsLinesOf(typedTwoPartWindow(), kTwoPart);
+    EXPECT_EQ(written.mid(2, 1) + written.mid(38, 2),
+              QStringList({"Direction is:CW", "Polarity parameter is:1", "OutMode is:-1"}));
+    // Misspell every label but keep its length, so the values stay where they were.
+    QStringList lines = written;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const auto length = TwoPartLayout()[static_cast<std::size_t>(i)].label.size();
+        lines[i] = QString(length, u'#') + lines[i].mid(length);
+    }
+    ASSERT_TRUE(SaveLines(path, lines << "a line after the last one"));
+    ValueControlView read = freshTwoPartWindow();
+    EXPECT_EQ(ApplySettingsLines(LoadLines(path).lines, kTwoPart, read).error, 0);
+    EXPECT_EQ(SettingsLinesOf(read, kTwoPart), written);
+}
+
+// One line of a fresh window's file replaced: list indexes are checked and stop the reading;
+// check boxes read 1 only from their exact word; a short line reads as an empty text.
+TEST(TwoPartSettingsFile, OneLineChanged) {
+    // clang-format off
+    const struct { int line; const char* text; int error, clockwise = 0, polarity = 0; const char* dp = "260.00"; } cases[] = {
+        {19, "OutMode is:A", 13}, {19, "OutMode is:", 13}, {19, "OutMode is:5", 380}, {19, "OutMode is:-2", 380},
+        {19, "OutMode is:1.5", 380}, {19, "OutMode is:0.5", 0}, {19, "OutMode is:-1", 0}, {19, "OutMode is: 1 ", 0},
+        {19, "OutMode is:1E0", 0}, {20, "PWMFreq is:4", 380}, {20, "PWMFreq is:3", 0}, {41, "PWMFreq is:4", 380},
+        {42, "PWMPolarity isx", 13}, {42, "PWMPolarity is1", 0},
+        {3, "Direction is:CW", 0, 1}, {3, "Direction is:cw", 0}, {3, "Direction is:CW ", 0}, {3, "Direction is:1", 0},
+        {18, "Polarity parameter is:1", 0, 0, 1}, {18, "Polarity parameter is:CW", 0},
+        {4, "DP is(deg):", 0, 0, 0, ""}, {4, "DP", 0, 0, 0, ""}, {4, "DP is(deg): 400", 0, 0, 0, " 400"},
+    };
+    // clang-format on
+    for (const auto& c : cases) {
+        QStringList lines = SettingsLinesOf(freshTwoPartWindow(), kTwoPart);
+        lines[c.line - 1] = c.text;
+        // The window shows other values than the file's where the reading stops before them.
+        ValueControlView view = freshTwoPartWindow();
+        view.setValue(ctl::clockwise, 0, 1);
+        view.setValue(ctl::Kpolarity, 0, 1);
+        const SettingsReadResult read = ApplySettingsLines(lines, kTwoPart, view);
+        EXPECT_EQ(std::tuple(read.error, read.line, view.value(ctl::clockwise, 0),
+                             view.value(ctl::Kpolarity, 0), view.text(ctl::DP, 0)),
+                  std::tuple(c.error, c.error ? c.line : 0, c.clockwise, c.polarity, QString(c.dp)))
+            << c.text;
+    }
+}
+
+// A value's fixed position inside a character beyond 16 bits: the value takes the whole
+// character, so that saving and loading give back the same text.
+TEST(TwoPartSettingsFile, CutInsideACharacterTakesAllOfIt) {
+    QStringList lines = SettingsLinesOf(freshTwoPartWindow(), kTwoPart);
+    lines[3] = QStringLiteral("DP is(deg)\U0001F600260");
+    ValueControlView view = freshTwoPartWindow();
+    ASSERT_EQ(ApplySettingsLines(lines, kTwoPart, view).error, 0);
+    EXPECT_EQ(view.text(ctl::DP, 0), QStringLiteral("\U0001F600260"));
+    ValueControlView again = freshTwoPartWindow();
+    ApplySettingsLines(LinesOfBytes(BytesOfLines(SettingsLinesOf(view, kTwoPart))), kTwoPart,
+                       again);
+    EXPECT_EQ(again.text(ctl::DP, 0), view.text(ctl::DP, 0));
+}
+
+TEST(PointSettingsFile, FormatsAndWhatEachWindowMakesOfTheOthersFiles) {
+    ValueControlView view(PointControls(kTwoPointsWithPower));
+    view.setListIndex(ctl::PartSel, -1, 1);
+    view.setText(ctl::clamphigh, -1, QString());
+    view.setText(ctl::clamplow, -1, QString());
+    const QStringList onePart = SettingsLinesOf(view, WindowFamily::OnePartPoint);
+    EXPECT_EQ(onePart, QStringList({"Part #Index:1", "Direction is:0", "DP is(deg):260.00",
+                                    "Clamp High is(%):", "Clamp Low is(%):",
+                                    "Angle of Point A is(deg):", "Level of Point A is(%):",
+                                    "Angle of Point B is(deg):", "Level of Point B is(%):"}));
+    EXPECT_EQ(DualPointLayout().size(), 18u);
+    EXPECT_EQ(DualPointLayout()[9].label, "Part #2:");
+
+    int applied = 0;
+    const auto read = [&applied](const QStringList& lines, const PointWindowTraits& traits) {
+        applied = 0;
+        ValueControlView window(PointControls(traits));
+        return ApplySettingsLines(lines, FamilyOf(traits), window,
+                                  [&applied](const SettingsLine&) { ++applied; });
+    };
+    // A two-part window's file in a one-part window: no integer at character 13 of line 1.
+    SettingsReadResult result = read(SettingsLinesOf(freshTwoPartWindow(), kTwoPart), kTwoPoints);
+    EXPECT_EQ(std::pair(result.error, result.line), std::pair(13, 1));
+    EXPECT_EQ(applied, 0);
+    // A one-part file in a dual window: part 1 from lines 2 to 9, then past the end.
+    result = read(onePart, kTwoPointsDual);
+    EXPECT_EQ(std::pair(result.error, result.line), std::pair(62, 10));
+    EXPECT_EQ(applied, 8);
+    for (const auto& [direction, error] : {std::pair{"1", 0}, {"2", 0}, {"3", 380}, {"CW", 13}}) {
+        QStringList lines = onePart;
+        lines[1] = QStringLiteral("Direction is:") + direction;
+        EXPECT_EQ(read(lines, kTwoPoints).error, error) << direction;
+    }
+}
+
+TEST(SettingsFileIO, NamingRule) {
+    // clang-format off
+    const struct { const char* chosen; const char* path; } cases[] = {
+        {"profile", "profile.txt"}, {"profile.TXT", "profile.TXT.txt"}, {"a.txt", "a.txt"},
+        {".txt", ".txt.txt"},       {"/tmp/x.txt", "/tmp/x.txt"},       {"b.txt ", "b.txt .txt"},
+    };
+    // clang-format on
+    for (const auto& c : cases) {
+        EXPECT_EQ(SettingsFilePath(c.chosen), c.path) << c.chosen;
+    }
+}
+
+TEST(SettingsFileIO, LinesAreWrittenWithCrLfAndReadWithEither) {
+    QTemporaryDir dir;
+    const QString path = dir.filePath("lines.txt");
+    ASSERT_TRUE(SaveLines(path, {"Part #1:", "", "Angle: 12°"}));
+    EXPECT_EQ(readBytes(path), QByteArray("Part #1:\r\n\r\nAngle: 12\xC2\xB0\r\n"));
+    EXPECT_EQ(LoadLines(path).lines, QStringList({"Part #1:", "", "Angle: 12°"}));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("Part #1:\nDP is(deg):\n\nlast without end");
+    file.close();
+    EXPECT_EQ(LoadLines(path).lines,
+              QStringList({"Part #1:", "DP is(deg):", "", "last without end"}));
+}
+
+TEST(SettingsFileIO, FailedSaveLeavesThePreviousFileWhole) {
+    QTemporaryDir dir;
+    QFile::setPermissions(dir.path(), QFileDevice::Permissions(0x7755));
+    const QString open = dir.filePath("open");
+    const QString locked = dir.filePath("locked");
+    ASSERT_TRUE(QDir(dir.path()).mkdir("open") && QDir(dir.path()).mkdir("locked"));
+    QFile::setPermissions(open, QFileDevice::Permissions(0x7777));
+    const QString target = locked + "/profile.txt";
+    ASSERT_TRUE(SaveLines(target, {"old", "lines"}));
+    QFile::setPermissions(locked, QFileDevice::Permissions(0x5555));
+
+    // The same save does go through where the directory allows it.
+    EXPECT_TRUE(saveAsNobody(open + "/profile.txt", {"new"}));
+    EXPECT_FALSE(saveAsNobody(target, {"new"}));
+    EXPECT_EQ(readBytes(target), QByteArray("old\r\nlines\r\n"));
+    QFile::setPermissions(locked, QFileDevice::Permissions(0x7700));
+}
+
+TEST(SettingsFileIO, SaveAndOpenCommands) {
+    QTemporaryDir dir;
+    test::ScriptedPrompts prompts;
+    QString lastName;
+    // Cancelled dialogs: nothing written, nothing read, nothing said.
+    EXPECT_FALSE(SaveSettingsFile({"x"}, lastName, prompts));
+    EXPECT_FALSE(OpenSettingsFile(lastName, prompts).has_value());
+    EXPECT_TRUE(QDir(dir.path()).isEmpty() && prompts.messages.isEmpty());
+
+    const QString base = dir.filePath("profile");
+    prompts.fileNames = {base, dir.filePath("no/such/folder/p.txt"), base, dir.path()};
+    EXPECT_TRUE(SaveSettingsFile({"first"}, lastName, prompts));
+    EXPECT_FALSE(SaveSettingsFile({"x"}, lastName, prompts));
+    // Loading takes the name as chosen: no ".txt" is added. A folder cannot be read: error 75.
+    EXPECT_FALSE(OpenSettingsFile(lastName, prompts).has_value());
+    EXPECT_FALSE(OpenSettingsFile(lastName, prompts).has_value());
+    EXPECT_EQ(
+        prompts.messages,
+        QStringList({"Error happens when saving to file!", "The selected file cannot be found!",
+                     "Error with number:75 occurs! Please check the integrity of profile file!"}));
+    prompts.fileNames = {base + ".txt"};
+    EXPECT_EQ(OpenSettingsFile(lastName, prompts), QStringList{"first"});
+}

@@ -1,0 +1,122 @@
+// rk31prog runs the windows' own procedures: for the same settings file its device log is the
+// window's, call for call, with the same arguments and out-values.
+#include <QAbstractButton>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "BatchFiles.h"
+#include "support/WindowHarness.h"
+#include "ui/PointHarness.h"
+#include "ui/windows/MainForm2Parts.h"
+
+using namespace rk31;
+using namespace rk31::test;
+
+namespace {
+
+// The calls of a device log without their times; `skip` drops the calls of one operation.
+QStringList loggedCalls(const QString& path, const QString& skip = {}) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {QStringLiteral("no log ") + path};
+    }
+    QStringList calls;
+    for (const QByteArray& line : file.readAll().split('\n')) {
+        const QString call = QString::fromUtf8(line).section(u' ', 1).trimmed();
+        if (!call.isEmpty() && (skip.isEmpty() || !call.startsWith(skip))) {
+            calls << call;
+        }
+    }
+    return calls;
+}
+
+// rk31prog on the simulated programmer it loads as a driver, with its own device log.
+QStringList rk31progCalls(const QStringList& arguments, const QString& log, const QString& sim) {
+    QProcess process;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("RK31_SIM"), sim);
+    env.remove(QStringLiteral("RK31_DEVICE_LOG"));
+    env.remove(QStringLiteral("RK31_DRIVER_PATH"));
+    env.remove(QStringLiteral("RK31_DRIVER"));
+    process.setProcessEnvironment(env);
+    process.start(QStringLiteral(RK31PROG), arguments + QStringList{"--log", log, "-q"});
+    if (!process.waitForFinished(60000) || process.exitCode() != 0) {
+        return {QStringLiteral("rk31prog failed: ") +
+                QString::fromLocal8Bit(process.readAllStandardError())};
+    }
+    return loggedCalls(log);
+}
+
+StartSettings logTo(const QString& path) {
+    StartSettings settings;
+    settings.deviceLog = path;
+    return settings;
+}
+
+}  // namespace
+
+class SameDeviceLog : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void twoPartProgram() {
+        QTemporaryDir dir;
+        const QString settings = dir.filePath("chip.txt");
+        WriteFile(settings, TwoPartFile(kGoodPart, kGoodPart));
+        const QString windowLog = dir.filePath("window.log");
+        {
+            Bench bench({}, logTo(windowLog));
+            MainForm2Parts2Src window(bench.app);
+            bench.prompts.fileNames.push_back(settings);
+            click(&window, "mOpen");
+            scriptPortChoice(bench.prompts, "COM1");
+            click(&window, "connect");
+            check(&window, "PartEnable", 0, true);
+            click(&window, "PowerOn", 0);
+            click(&window, "btnconfigsolver", 0);
+            click(&window, "PowerOn", 0);
+            click(&window, "connect");
+            QCOMPARE(bench.prompts.messages, QStringList());
+        }
+        const QStringList window = loggedCalls(windowLog);
+        QVERIFY(window.contains("ProgramEEPROM(0) -> failed=0"));
+        QCOMPARE(rk31progCalls({"program", settings, "--port", "1", "--part", "1"},
+                               dir.filePath("prog.log"), "latency=0"),
+                 window);
+    }
+
+    // The window's Set point B captures point B from the magnet; rk31prog keeps the stored one.
+    // With the magnet on the stored point B, the two differ only in that reading.
+    void pointWindowSetPointB() {
+        QTemporaryDir dir;
+        const QString settings = dir.filePath("point.txt");
+        WriteFile(settings, OnePartPointFile(0));
+        const QString windowLog = dir.filePath("window.log");
+        sim::SimConfig config;
+        config.angle = 200;
+        {
+            Bench bench(config, logTo(windowLog));
+            auto window = makePointWindow(bench, 4);
+            bench.prompts.fileNames.push_back(settings);
+            click(window.get(), "mOpen");
+            scriptPortChoice(bench.prompts, "COM1");
+            click(window.get(), "connect");
+            click(window.get(), "PowerOn");
+            // Set point B on the loaded points, as after a Set point A that kept them.
+            find<QAbstractButton>(window.get(), "SetpointB")->setEnabled(true);
+            click(window.get(), "SetpointB");
+            click(window.get(), "connect");
+            QCOMPARE(bench.prompts.messages, QStringList());
+            QCOMPARE(textOf(window.get(), "Angle", 1), QStringLiteral("200.00"));
+        }
+        const QStringList window = loggedCalls(windowLog, QStringLiteral("ReadAngle("));
+        QVERIFY(window.contains("ProgramEEPROM(0) -> failed=0"));
+        QCOMPARE(rk31progCalls({"program", settings, "--port", "1"}, dir.filePath("prog.log"),
+                               "latency=0;angle=200"),
+                 window);
+    }
+};
+
+QTEST_MAIN(SameDeviceLog)
+#include "SameDeviceLogTest.moc"

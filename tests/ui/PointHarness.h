@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+
+#include "domain/Curve.h"
+#include "support/WindowHarness.h"
+#include "ui/windows/PointWindows.h"
+
+namespace rk31::test {
+
+// The teach-in window of switch "/2" to "/6", made as start-up makes it.
+inline std::unique_ptr<PointProgrammingWindow> makePointWindow(Bench& bench, int variant) {
+    std::unique_ptr<QWidget> window = bench.window(variant);
+    auto* point = qobject_cast<PointProgrammingWindow*>(window.get());
+    if (!point) {
+        qFatal("switch /%d opens no point window", variant);
+    }
+    window.release();
+    return std::unique_ptr<PointProgrammingWindow>(point);
+}
+
+// A point window connected on COM1 through the port dialog; with `power`, the windows that have
+// a Power On button are powered as well. Trace and messages emptied.
+inline std::unique_ptr<PointProgrammingWindow> openPointWindow(Bench& bench, int variant,
+                                                               bool power = true) {
+    auto window = makePointWindow(bench, variant);
+    scriptPortChoice(bench.prompts, "COM1");
+    click(window.get(), "connect");
+    if (power && window->traits().powerButton) {
+        click(window.get(), "PowerOn");
+    }
+    bench.clearTrace();
+    bench.prompts.messages.clear();
+    bench.prompts.modalTitles.clear();
+    return window;
+}
+
+}  // namespace rk31::test

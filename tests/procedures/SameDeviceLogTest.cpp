@@ -116,6 +116,19 @@ class SameDeviceLog : public QObject {
                                "latency=0;angle=200"),
                  window);
     }
+
+    // The installed program's own answers to a user who asks it how it is used.
+    void helpAndVersion() {
+        for (const auto& [argument, first] : {std::pair{"--help", "usage: rk31prog program"},
+                                              {"-h", "usage: rk31prog program"},
+                                              {"--version", "rk31prog 3.0.8"}}) {
+            QProcess process;
+            process.start(QStringLiteral(RK31PROG), {QString::fromLatin1(argument)});
+            QVERIFY(process.waitForFinished(60000));
+            QCOMPARE(process.exitCode(), 0);
+            QVERIFY2(process.readAllStandardOutput().startsWith(first), argument);
+        }
+    }
 };
 
 QTEST_MAIN(SameDeviceLog)

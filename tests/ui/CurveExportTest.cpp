@@ -14,11 +14,8 @@ class CurveExportTest : public QObject {
     CurveTables curves{};
     RoundedImages rounded{};
   private slots:
-    void csvHoldsTheDrawnRows() {
-        curves[0][0] = {83, 10};
-        curves[0][1] = {100, 20};
-        curves[0][2] = {100, 20};
-        curves[0][3] = {200, 80};
+    void csvAndPictures() {
+        curves[0] = {{{83, 10}, {100, 20}, {100, 20}, {200, 80}}};
         curves[1][0] = {0, 45};
         curves[1][1] = {300, 45};
         curves[1][4] = {1, 1};  // behind the empty segment 1: not drawn, not exported
@@ -27,9 +24,7 @@ class CurveExportTest : public QObject {
                  QStringList({"part,segment,angle_deg,level_pct_vdd", "1,0,83,10", "1,0,100,20",
                               "1,1,100,20", "1,1,200,80", "2,0,0,45", "2,0,300,45"}));
         QCOMPARE(CurveCsvLines(curves, {1}).size(), 3);
-    }
 
-    void picturesAreRealPngAndSvg() {
         const QByteArray png = CurvePicture("png", {600, 300}, SinglePart(0), 2, curves, rounded);
         QVERIFY(png.startsWith("\x89PNG"));
         QCOMPARE(QImage::fromData(png).size(), QSize(600, 300));
@@ -42,20 +37,21 @@ class CurveExportTest : public QObject {
         TransferCurvePlot plot(curves, rounded);
         test::ScriptedPrompts prompts;
         QString last;
-        for (const char* name : {"curve.csv", "curve.PNG", "curve.svg"}) {
+        const auto exportTo = [&](const QString& name) {
             prompts.fileNames.push_back(dir.filePath(name));
             ExportCurveCommand(plot, last, prompts);
-            QVERIFY2(QFileInfo(dir.filePath(name)).size() > 0, name);
+            return QFileInfo(dir.filePath(name)).size();
+        };
+        for (const char* name : {"curve.csv", "curve.PNG", "curve.svg"}) {
+            QVERIFY2(exportTo(name) > 0, name);
         }
         QVERIFY(prompts.messages.isEmpty());
         QCOMPARE(last, dir.filePath("curve.svg"));
 
         // Refused: an ending the export does not know, a folder that does not exist.
-        prompts.fileNames.push_back(dir.filePath("curve.txt"));
-        ExportCurveCommand(plot, last, prompts);
+        exportTo("curve.txt");
         QVERIFY(!QFile::exists(dir.filePath("curve.txt")));
-        prompts.fileNames.push_back(dir.filePath("missing/curve.csv"));
-        ExportCurveCommand(plot, last, prompts);
+        exportTo("missing/curve.csv");
         QCOMPARE(prompts.messages.size(), 2);
         QCOMPARE(prompts.messages[0],
                  QStringLiteral("Choose a file name ending in .png, .svg or .csv to export the "

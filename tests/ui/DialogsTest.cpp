@@ -15,22 +15,19 @@ class ShellDialogsTest : public QObject {
   private slots:
     void aboutCalibrationReadout() {
         test::Bench bench;
-        test::ScriptedPrompts& prompts = bench.prompts;
-        DeviceSession& session = bench.session();
-        About box(session, prompts);
+        About box(bench.session(), bench.prompts);
         box.show();
         auto* hidden = box.findChild<QLabel*>("debugonly");
-        QCOMPARE(hidden->text(), QStringLiteral("   "));
         QTest::mouseClick(hidden, Qt::LeftButton);
         QCOMPARE(
-            prompts.messages,
+            bench.prompts.messages,
             QStringList{"sysoffset is: 0; K(0)&B(0): 0.2777778 & 0; K(1)&B(1): 0.2777778 & 0 !"});
         box.findChild<QPushButton*>("Command1")->click();
         QVERIFY(!box.isVisible());
 
-        session.K = {0.25f, 12345678.0f};
-        session.B = {-1.5f, 0.00001f};
-        QCOMPARE(CalibrationReadoutText(session),
+        bench.session().K = {0.25f, 12345678.0f};
+        bench.session().B = {-1.5f, 0.00001f};
+        QCOMPARE(CalibrationReadoutText(bench.session()),
                  QStringLiteral("sysoffset is: 0; K(0)&B(0): 0.25 & -1.5; "
                                 "K(1)&B(1): 1.234568E+07 & 1E-05 !"));
     }
@@ -39,14 +36,14 @@ class ShellDialogsTest : public QObject {
         waitform wait;
         wait.Init(QStringLiteral("Part#1: Programming..."));
         wait.ShowModeless();
+        auto* label = wait.findChild<QLabel*>("Label1");
         QVERIFY(!wait.isModal());
-        QCOMPARE(wait.findChild<QLabel*>("Label1")->text(),
-                 QStringLiteral("Part#1: Programming..."));
+        QCOMPARE(label->text(), QStringLiteral("Part#1: Programming..."));
         QVERIFY(!wait.close());
         QTest::keyClick(&wait, Qt::Key_Escape);
         QVERIFY(wait.isVisible());
         wait.TextChange(QStringLiteral("Verifying..."));
-        QCOMPARE(wait.findChild<QLabel*>("Label1")->text(), QStringLiteral("Verifying..."));
+        QCOMPARE(label->text(), QStringLiteral("Verifying..."));
         wait.unload();
         QVERIFY(!wait.isVisible());
     }

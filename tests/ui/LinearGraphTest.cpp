@@ -15,36 +15,31 @@ class LinearGraphTest : public QObject {
 
   private slots:
     void showsTheChosenParts_data() {
-        QTest::addColumn<QList<int>>("init");  // part, count, part2, count2; DP of Part#2
-        QTest::addColumn<QString>("column0");
-        QTest::addColumn<QString>("column1");
-        QTest::addColumn<QList<int>>("shown");
+        QTest::addColumn<QList<int>>("init");       // part, count, part2, count2; DP of Part#2
+        QTest::addColumn<QList<int>>("shown");      // the parts in the columns and on the plot
         QTest::addColumn<QList<int>>("curveRows");  // rows in use per part: the count taken
         QTest::addColumn<QStringList>("messages");
-        const QString part1 = "95|5|20|100:20|150:40|250:60|300:80";
-        const QString part2 = "90|10|300|100:20|200:80|Not Used|Not Used";
-        const QString hidden = "||||||";  // and left empty
         // clang-format off
-        QTest::newRow("both") << QList{0, 4, 1, 2, 300} << part1 << part2 << QList{0, 1} << QList{18, 14} << QStringList();
-        QTest::newRow("Part#2 alone, first column") << QList{1, 2, 0, 0, 300} << part2 << hidden << QList{1} << QList{0, 14} << QStringList();
-        QTest::newRow("low four bits of the counts") << QList{1, 0x12, 1, 0x32, 300} << part1 << part2 << QList{0, 1} << QList{14, 14} << QStringList();
-        QTest::newRow("Part#2 without count") << QList{1, 4, 1, 0, 300} << part1 << hidden << QList{0} << QList{18, 0} << QStringList();
-        QTest::newRow("DP on the curve") << QList{1, 2, 0, 0, 150} << QString(part2).replace("300", "150") << hidden << QList{1}
-            << QList{0, 6} << QStringList{"DP Point is Invalid with two angle ends-(83 And 217) And (CCW) direction!"};
+        QTest::newRow("both") << QList{0, 4, 1, 2, 300} << QList{0, 1} << QList{18, 14} << QStringList();
+        QTest::newRow("low four bits of the counts") << QList{1, 0x12, 1, 0x32, 300} << QList{0, 1} << QList{14, 14} << QStringList();
+        QTest::newRow("Part#2 without count") << QList{1, 4, 1, 0, 300} << QList{0} << QList{18, 0} << QStringList();
+        QTest::newRow("Part#2 alone, first column, DP on the curve") << QList{1, 2, 0, 0, 150} << QList{1} << QList{0, 6}
+            << QStringList{"DP Point is Invalid with two angle ends-(83 And 217) And (CCW) direction!"};
         // clang-format on
     }
     void showsTheChosenParts() {
         QFETCH(QList<int>, init);
-        QFETCH(QString, column1);
+        QFETCH(QList<int>, shown);
         test::ScriptedPrompts prompts;
         DeviceSession session(nullptr);
-        RoundedImages& rounded = session.rounded;
-        // Part#1: four points; Part#2: two points, C and D not in use.
-        rounded.RoundedPoints = {
-            {{100, 150, 250, 300, 20, 40, 60, 80}, {100, 200, 500, 500, 20, 80, 0, 0}}};
-        rounded.RoundedDP = {20, static_cast<std::int16_t>(init[4])};
-        rounded.RoundedClampHigh = {95, 90};
-        rounded.RoundedClampLow = {5, 10};
+        // Part#1: four points; Part#2: two points, C and D not in use. Then DP, clamp high, low.
+        session.rounded = {
+            {{{100, 150, 250, 300, 20, 40, 60, 80}, {100, 200, 500, 500, 20, 80, 0, 0}}},
+            {20, static_cast<std::int16_t>(init[4])},
+            {95, 90},
+            {5, 10}};
+        const QString texts[] = {"95|5|20|100:20|150:40|250:60|300:80",
+                                 QString("90|10|%1|100:20|200:80|Not Used|Not Used").arg(init[4])};
 
         frmLinearGraph graph(session, prompts);
         graph.Init(static_cast<std::int16_t>(init[0]), static_cast<std::int16_t>(init[1]),
@@ -54,25 +49,23 @@ class LinearGraphTest : public QObject {
         graph.hide();
         graph.show();  // computed once per use
         QTEST(prompts.messages, "messages");
-        const bool second = column1 != "||||||";
+        const bool second = shown.size() == 2;
         QCOMPARE(graph.findChild<QLabel*>("Labelpart2")->isHidden(), !second);
-        QStringList columns[2];
-        for (const char* row : {"high", "low", "dpdisp", "A", "B", "C", "D"}) {
-            for (int c = 0; c < 2; ++c) {
+        for (int c = 0; c < 2; ++c) {
+            QStringList column;
+            for (const char* row : {"high", "low", "dpdisp", "A", "B", "C", "D"}) {
                 auto* box = graph.findChild<QLineEdit*>(QString("%1_%2").arg(row).arg(c));
                 QCOMPARE(box->isHidden(), c == 1 && !second);
-                columns[c] << box->text();
+                column << box->text();
             }
+            // A hidden column is left empty.
+            QCOMPARE(column.join('|'), c < shown.size() ? texts[shown[c]] : "||||||");
         }
-        QTEST(columns[0].join('|'), "column0");
-        QCOMPARE(columns[1].join('|'), column1);
-        QList<int> parts;
-        for (const ShownPart& part :
-             graph.findChild<TransferCurvePlot*>("Picture1")->shownParts()) {
-            QCOMPARE(part.colour, parts.isEmpty() ? QColor(0, 255, 0) : QColor(255, 0, 0));
-            parts << part.part;
-        }
-        QTEST(parts, "shown");
+        // The first part in the first colour, whichever it is.
+        const ShownParts plotted = graph.findChild<TransferCurvePlot*>("Picture1")->shownParts();
+        QCOMPARE(ShownPartIndexes(plotted), std::vector<int>(shown.begin(), shown.end()));
+        QCOMPARE(plotted.front().colour, QColor(0, 255, 0));
+        QVERIFY(!second || plotted.back().colour == QColor(255, 0, 0));
         QList<int> used;
         for (const CurveRows& rows : session.CurveTable) {
             used << static_cast<int>(

@@ -10,12 +10,10 @@ namespace rk31::test {
 
 // The teach-in window of switch "/2" to "/6", made as start-up makes it.
 inline std::unique_ptr<PointProgrammingWindow> makePointWindow(Bench& bench, int variant) {
-    std::unique_ptr<QWidget> window = bench.window(variant);
-    auto* point = qobject_cast<PointProgrammingWindow*>(window.get());
+    auto* point = qobject_cast<PointProgrammingWindow*>(bench.window(variant).release());
     if (!point) {
         qFatal("switch /%d opens no point window", variant);
     }
-    window.release();
     return std::unique_ptr<PointProgrammingWindow>(point);
 }
 

@@ -16,21 +16,26 @@ class FrmAdvancedTest : public QObject {
     std::unique_ptr<frmadvanced> dialog;
 
     QLineEdit* box(const char* name, int row) { return find<QLineEdit>(dialog.get(), name, row); }
-    // Connects, moves each part to its state, opens the dialog and forgets the calls that took.
-    void open(std::int16_t part, std::int16_t parts, std::array<std::int32_t, 2> states) {
+    // Connects unless `state` is -1, moves Part#1 to `state` and Part#2 to `state2`, opens the
+    // dialog on `part` and forgets the calls that took.
+    void open(std::int16_t part, std::int16_t parts, int state, int state2 = PowerOff) {
         DeviceSession& session = bench->session();
-        session.ConnectProgrammer(1, bench->prompts);
-        for (std::int16_t k : {0, 1}) {
-            ChipStateMachine(session, bench->prompts, bench->pause)
-                .ChipChangeToState(k, 0, states[k]);
+        if (state < 0) {
+            session.ChipState[0] = OwiMode;  // on record, but no programmer connected
+        } else {
+            session.ConnectProgrammer(1, bench->prompts);
+            ChipStateMachine chips(session, bench->prompts, bench->pause);
+            chips.ChipChangeToState(0, 0, state);
+            chips.ChipChangeToState(1, 0, state2);
         }
         bench->clearTrace();
         dialog->Init(part, parts);
         dialog->show();
     }
-    static QStringList reads(int part, const QStringList& addresses) {
+    static QStringList reads(int part) {
         QStringList calls;
-        for (const QString& address : addresses) {
+        for (const char* address : {"1", "2", "3", "4", "5",  "6",  "7",  "8",  "9",  "A", "B",
+                                    "C", "D", "E", "F", "10", "11", "12", "14", "48", "30"}) {
             calls << "GetMemoryAccess()"
                   << QStringLiteral("ReadMemory(%1, &H%2)").arg(part).arg(address);
         }
@@ -48,7 +53,7 @@ class FrmAdvancedTest : public QObject {
     }
 
     void writesThenReadsEveryAddressThenTheOtherPart() {
-        open(0, 2, {OwiMode, AdcMode});
+        open(0, 2, OwiMode, AdcMode);
         box("Din", 0)->setText(QStringLiteral("ab"));
         box("Din", 2)->setText(QStringLiteral("1234"));
         box("add", 25)->setText(QStringLiteral("30"));
@@ -59,12 +64,9 @@ class FrmAdvancedTest : public QObject {
                  (QStringList{"GetMemoryAccess()", "WriteMemory(0, &H1, &HAB)", "GetMemoryAccess()",
                               "WriteMemory(0, &H3, &H1234)", "GetMemoryAccess()",
                               "WriteMemory(0, &H30, &HFFFFFFFF)"}));
-
-        const QStringList addresses{"1", "2", "3", "4", "5",  "6",  "7",  "8",  "9",  "A", "B",
-                                    "C", "D", "E", "F", "10", "11", "12", "14", "48", "30"};
         bench->clearTrace();
         click(dialog.get(), "memread");
-        QCOMPARE(bench->trace(), reads(0, addresses));
+        QCOMPARE(bench->trace(), reads(0));
         QCOMPARE(box("out", 0)->text(), QStringLiteral("AB"));
         QCOMPARE(box("out", 19)->text(), QStringLiteral("35"));  // the identification word
         QCOMPARE(box("out", 25)->text(), QStringLiteral("FFFFFFFF"));
@@ -74,45 +76,36 @@ class FrmAdvancedTest : public QObject {
         QVERIFY(box("Din", 25)->text().isEmpty() && box("out", 25)->text().isEmpty());
         bench->clearTrace();
         click(dialog.get(), "memread");
-        QCOMPARE(bench->trace(), QStringList{"EnterOWIMode(1)"} + reads(1, addresses));
+        QCOMPARE(bench->trace(), QStringList{"EnterOWIMode(1)"} + reads(1));
         QCOMPARE(bench->session().ChipState[1], std::int32_t(OwiMode));
         QCOMPARE(box("out", 19)->text(), QStringLiteral("36"));
     }
 
-    void refusalsReachNoDevice_data() {
-        QTest::addColumn<int>("state");  // -1: OWI mode on record, but no programmer connected
-        QTest::addColumn<bool>("badRows");
-        QTest::addColumn<QStringList>("messages");  // of Read, then of Write
+    void refusalsReachNoDevice() {
         const QString row = QStringLiteral("Row %1: Address and Data must be hexadecimal numbers!");
         const QString notOwi = QStringLiteral("Error: Not in OWI mode");
-        QTest::newRow("bad rows, read ignores the data")
-            << int(AdcMode) << true << QStringList{row.arg(5), row.arg(3)};
-        QTest::newRow("powered off") << int(PowerOff) << false << QStringList{notOwi, notOwi};
-        QTest::newRow("no programmer")
-            << -1 << false
-            << QStringList{"Programmer is not connected!", "Programmer is not connected!"};
-    }
-    void refusalsReachNoDevice() {
-        QFETCH(int, state);
-        QFETCH(bool, badRows);
-        QFETCH(QStringList, messages);
-        if (state < 0) {
-            bench->session().ChipState[0] = OwiMode;
-            dialog->Init(0, 1);
-            dialog->show();
-        } else {
-            open(0, 1, {state, PowerOff});
+        const QString offline = QStringLiteral("Programmer is not connected!");
+        // Part#1's state (-1: OWI mode on record, but no programmer connected), whether rows are
+        // bad, and the messages of Read, then of Write. Read ignores the data.
+        const std::tuple<int, bool, QStringList> cases[] = {
+            {AdcMode, true, {row.arg(5), row.arg(3)}},
+            {PowerOff, false, {notOwi, notOwi}},
+            {-1, false, {offline, offline}}};
+        for (const auto& [state, badRows, messages] : cases) {
+            cleanup();
+            init();
+            open(0, 1, state);
+            box("Din", 0)->setText(QStringLiteral("1"));
+            if (badRows) {
+                box("Din", 3)->setText(QStringLiteral("G1"));
+                box("add", 5)->setText(QStringLiteral("XYZ"));
+            }
+            click(dialog.get(), "memread");
+            click(dialog.get(), "memwritewithCRC");
+            QCOMPARE(bench->prompts.messages, messages);
+            QCOMPARE(bench->trace(), QStringList());
+            QCOMPARE(bench->session().ChipState[0], state < 0 ? OwiMode : state);
         }
-        box("Din", 0)->setText(QStringLiteral("1"));
-        if (badRows) {
-            box("Din", 3)->setText(QStringLiteral("G1"));
-            box("add", 5)->setText(QStringLiteral("XYZ"));
-        }
-        click(dialog.get(), "memread");
-        click(dialog.get(), "memwritewithCRC");
-        QCOMPARE(bench->prompts.messages, messages);
-        QCOMPARE(bench->trace(), QStringList());
-        QCOMPARE(bench->session().ChipState[0], state < 0 ? OwiMode : state);
     }
 };
 

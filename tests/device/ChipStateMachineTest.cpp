@@ -2,6 +2,7 @@
 
 #include "device/ChipStateMachine.h"
 #include "device/DeviceSession.h"
+#include "device/LoggingDevice.h"
 #include "rk31/DeviceError.h"
 #include "sim/SimulatedProgrammer.h"
 #include "support/ScriptedPrompts.h"
@@ -174,48 +175,19 @@ TEST(StateMachineWithoutDevice, ReportsNotConnectedInsteadOfCrashing) {
 
 namespace {
 
-// A device whose call number `failAt` (from 0) fails as a whole; every call before it succeeds
-// and is recorded by name.
-class FailingDevice : public QZ7734Device {
+// Lets calls through until call number `failAt` (from 0), which then fails as a whole: the
+// program's own logging wrapper hands it every call of the device.
+class FailAt : public DeviceTrafficSink {
   public:
-    explicit FailingDevice(int failAt) : m_failAt(failAt) {}
-    QStringList calls;
-
-    void OpenChannel(const QVariant&, std::int32_t&) override {}
-    void CloseChannel(std::int32_t) override {}
-    void ProgramEEPROM(std::int16_t p, std::int32_t&) override { step("ProgramEEPROM", p); }
-    void MeasureOutput(std::int16_t p, std::int16_t, float&) override { step("MeasureOutput", p); }
-    void MeasureVDD(std::int16_t p, float&) override { step("MeasureVDD", p); }
-    void GetMemoryAccess(std::shared_ptr<MemoryAccess>&) override { step("GetMemoryAccess", 0); }
-    void ReadAngle(std::int16_t p, float&) override { step("ReadAngle", p); }
-    void GetSolverAccess(std::shared_ptr<SolverAccess>&) override { step("GetSolverAccess", 0); }
-    void EnterOWIMode(std::int16_t p, std::int32_t&) override { step("EnterOWIMode", p); }
-    void ExitOWIMode(std::int16_t p, std::int32_t&) override { step("ExitOWIMode", p); }
-    void PowerOnChip(std::int16_t p, std::int32_t&) override { step("PowerOnChip", p); }
-    void SelectOutputChannel(std::int16_t p, std::int32_t&) override {
-        step("SelectOutputChannel", p);
-    }
-    void PowerOffChip(std::int16_t p, std::int32_t&) override { step("PowerOffChip", p); }
-    void EnterADCMode(std::int16_t p, std::int32_t&) override { step("EnterADCMode", p); }
-    void GetDACCalibration(std::int16_t p, float&, float&, float&, float&, std::int32_t&) override {
-        step("GetDACCalibration", p);
-    }
-    void GetHardwareVersion(std::int32_t&, std::int32_t&, std::int32_t&, std::int32_t&) override {
-        step("GetHardwareVersion", 0);
-    }
-    void SetOutputMode(std::int16_t p, std::int16_t, std::int16_t, std::int16_t,
-                       std::int32_t&) override {
-        step("SetOutputMode", p);
+    explicit FailAt(int failAt) : m_left(failAt) {}
+    void write(const DeviceCall&) override {
+        if (m_left-- == 0) {
+            throw DeviceError(QStringLiteral("Lost the programmer"));
+        }
     }
 
   private:
-    void step(const char* op, std::int16_t part) {
-        if (calls.size() == m_failAt) {
-            throw DeviceError(QStringLiteral("Lost the programmer"));
-        }
-        calls << QStringLiteral("%1(%2)").arg(QLatin1String(op)).arg(part);
-    }
-    int m_failAt;
+    int m_left;
 };
 
 }  // namespace
@@ -246,8 +218,11 @@ TEST(StateMachineFailingMidway, RecordsWhatTheCallsBeforeTheFailureReached) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        auto device = std::make_shared<FailingDevice>(c.failAt);
-        DeviceSession session([device] { return device; });
+        const sim::Simulation simulation{sim::SimConfig{}};
+        // The connect's OpenChannel goes through first.
+        const auto failAt = std::make_shared<FailAt>(c.failAt + 1);
+        DeviceSession session(
+            [&] { return WrapWithLog(sim::CreateSimulatedDevice(simulation.box), failAt); });
         test::ScriptedPrompts prompts;
         test::RecordingPause pause;
         ChipStateMachine machine(session, prompts, pause);
@@ -255,6 +230,6 @@ TEST(StateMachineFailingMidway, RecordsWhatTheCallsBeforeTheFailureReached) {
         session.ChipState = c.before;
         EXPECT_THROW(machine.ChipChangeToState(c.index, c.from, c.to), DeviceError);
         EXPECT_EQ(session.ChipState, c.after);
-        EXPECT_EQ(device->calls.size(), c.failAt);
+        EXPECT_EQ(simulation.box->trace().size(), c.failAt + 2) << "the failing call was made";
     }
 }

@@ -27,25 +27,16 @@ TEST(DriverCatalog, ChoosesByNameThenAnyButTheSimulatorThenTheSimulator) {
         QString chosen;
         QStringList reported;  // parts of the standard error lines, in order
     } cases[] = {
+        // clang-format off
         {"simulator alone", {kSimFolder}, nullptr, "sim", {}},
-        {"another driver wins over the simulator",
-         {kSimFolder, kTestFolder},
-         nullptr,
-         "example",
+        {"another driver wins over the simulator", {kSimFolder, kTestFolder}, nullptr, "example",
          {"emptydriver", "provides nothing (its metadata names no ProgID)", "olddriver",
-          "has the wrong interface version (\"org.rk31gui.DeviceDriver/0\", this program needs "
-          "\"org.rk31gui.DeviceDriver/2\")"}},
-        {"RK31_DRIVER picks the simulator",
-         {kTestFolder, kSimFolder},
-         "sim",
-         "sim",
-         {"emptydriver", "olddriver"}},
-        {"RK31_DRIVER names none",
-         {kSimFolder},
-         "nonesuch",
-         "sim",
+          "has the wrong interface version (\"org.rk31gui.DeviceDriver/0\", this program needs \"org.rk31gui.DeviceDriver/2\")"}},
+        {"RK31_DRIVER picks the simulator", {kTestFolder, kSimFolder}, "sim", "sim", {"emptydriver", "olddriver"}},
+        {"RK31_DRIVER names none", {kSimFolder}, "nonesuch", "sim",
          {"RK31_DRIVER: no driver named nonesuch provides QZ7734Module.QZ7734Device"}},
         {"no folder", {}, nullptr, "", {}},
+        // clang-format on
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

@@ -1,6 +1,4 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
@@ -23,18 +21,6 @@ namespace {
 QByteArray readBytes(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-// Directory permissions do not stop root, so the save runs in a child without privileges.
-bool saveAsNobody(const QString& path, const QStringList& lines) {
-    const pid_t child = fork();
-    if (child == 0) {
-        const bool dropped = geteuid() != 0 || (setgid(65534) == 0 && setuid(65534) == 0);
-        _exit(dropped && SaveLines(path, lines) ? 0 : 1);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 constexpr auto kTwoPart = WindowFamily::TwoPartTwoSupplies;
@@ -149,41 +135,6 @@ TEST(TwoPartSettingsFile, CutInsideACharacterTakesAllOfIt) {
     EXPECT_EQ(again.text(ctl::DP, 0), view.text(ctl::DP, 0));
 }
 
-TEST(PointSettingsFile, FormatsAndWhatEachWindowMakesOfTheOthersFiles) {
-    ValueControlView view(PointControls(kTwoPointsWithPower));
-    view.setListIndex(ctl::PartSel, -1, 1);
-    view.setText(ctl::clamphigh, -1, QString());
-    view.setText(ctl::clamplow, -1, QString());
-    const QStringList onePart = SettingsLinesOf(view, WindowFamily::OnePartPoint);
-    EXPECT_EQ(onePart, QStringList({"Part #Index:1", "Direction is:0", "DP is(deg):260.00",
-                                    "Clamp High is(%):", "Clamp Low is(%):",
-                                    "Angle of Point A is(deg):", "Level of Point A is(%):",
-                                    "Angle of Point B is(deg):", "Level of Point B is(%):"}));
-    EXPECT_EQ(DualPointLayout().size(), 18u);
-    EXPECT_EQ(DualPointLayout()[9].label, "Part #2:");
-
-    int applied = 0;
-    const auto read = [&applied](const QStringList& lines, const PointWindowTraits& traits) {
-        applied = 0;
-        ValueControlView window(PointControls(traits));
-        return ApplySettingsLines(lines, FamilyOf(traits), window,
-                                  [&applied](const SettingsLine&) { ++applied; });
-    };
-    // A two-part window's file in a one-part window: no integer at character 13 of line 1.
-    SettingsReadResult result = read(SettingsLinesOf(freshTwoPartWindow(), kTwoPart), kTwoPoints);
-    EXPECT_EQ(std::pair(result.error, result.line), std::pair(13, 1));
-    EXPECT_EQ(applied, 0);
-    // A one-part file in a dual window: part 1 from lines 2 to 9, then past the end.
-    result = read(onePart, kTwoPointsDual);
-    EXPECT_EQ(std::pair(result.error, result.line), std::pair(62, 10));
-    EXPECT_EQ(applied, 8);
-    for (const auto& [direction, error] : {std::pair{"1", 0}, {"2", 0}, {"3", 380}, {"CW", 13}}) {
-        QStringList lines = onePart;
-        lines[1] = QStringLiteral("Direction is:") + direction;
-        EXPECT_EQ(read(lines, kTwoPoints).error, error) << direction;
-    }
-}
-
 TEST(SettingsFileIO, NamingRule) {
     // clang-format off
     const struct { const char* chosen; const char* path; } cases[] = {
@@ -208,24 +159,6 @@ TEST(SettingsFileIO, LinesAreWrittenWithCrLfAndReadWithEither) {
     file.close();
     EXPECT_EQ(LoadLines(path).lines,
               QStringList({"Part #1:", "DP is(deg):", "", "last without end"}));
-}
-
-TEST(SettingsFileIO, FailedSaveLeavesThePreviousFileWhole) {
-    QTemporaryDir dir;
-    QFile::setPermissions(dir.path(), QFileDevice::Permissions(0x7755));
-    const QString open = dir.filePath("open");
-    const QString locked = dir.filePath("locked");
-    ASSERT_TRUE(QDir(dir.path()).mkdir("open") && QDir(dir.path()).mkdir("locked"));
-    QFile::setPermissions(open, QFileDevice::Permissions(0x7777));
-    const QString target = locked + "/profile.txt";
-    ASSERT_TRUE(SaveLines(target, {"old", "lines"}));
-    QFile::setPermissions(locked, QFileDevice::Permissions(0x5555));
-
-    // The same save does go through where the directory allows it.
-    EXPECT_TRUE(saveAsNobody(open + "/profile.txt", {"new"}));
-    EXPECT_FALSE(saveAsNobody(target, {"new"}));
-    EXPECT_EQ(readBytes(target), QByteArray("old\r\nlines\r\n"));
-    QFile::setPermissions(locked, QFileDevice::Permissions(0x7700));
 }
 
 TEST(SettingsFileIO, SaveAndOpenCommands) {

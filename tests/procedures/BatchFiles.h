@@ -4,37 +4,17 @@
 #include <QString>
 #include <QStringList>
 
+#include "domain/SettingsFile.h"
+
 namespace rk31::test {
 
-// Settings files as the windows save them.
-inline QString TwoPartFile(const QStringList& part1, const QStringList& part2) {
-    static const QStringList labels = {"VDD is(V):",
-                                       "Direction is:",
-                                       "DP is(deg):",
-                                       "Clamp High is(%):",
-                                       "Clamp Low is(%):",
-                                       "Angle of Point A is(deg):",
-                                       "Level of Point A is(%):",
-                                       "Angle of Point B is(deg):",
-                                       "Level of Point B is(%):",
-                                       "Angle of Point C is(deg):",
-                                       "Level of Point C is(%):",
-                                       "Angle of Point D is(deg):",
-                                       "Level of Point D is(%):",
-                                       "Slope parameter is(%VDD/deg):",
-                                       "OP parameter is(deg):",
-                                       "HYS parameter is(deg):",
-                                       "Polarity parameter is:",
-                                       "OutMode is:",
-                                       "PWMFreq is:",
-                                       "PWMPolarity is"};
+// A settings file of `layout` with the values in order, a part's block after the other's.
+inline QString SettingsFile(const SettingsLayout& layout, const QStringList& values) {
     QString text;
-    for (int part = 0; part < 2; ++part) {
-        text += QStringLiteral("Part #%1:\r\n").arg(part + 1);
-        const QStringList& values = part == 0 ? part1 : part2;
-        for (qsizetype i = 0; i < labels.size(); ++i) {
-            text += labels[i] + values.value(i) + QStringLiteral("\r\n");
-        }
+    qsizetype next = 0;
+    for (const SettingsLine& line : layout) {
+        text += line.label + (line.kind == ValueKind::Header ? QString() : values.value(next++)) +
+                QStringLiteral("\r\n");
     }
     return text;
 }
@@ -43,27 +23,17 @@ inline QString TwoPartFile(const QStringList& part1, const QStringList& part2) {
 inline const QStringList kGoodPart = {
     "5.000", "CCW", "260.00", "95.00", "5.00", "20.00", "10.00", "200.00", "90.00", "",
     "",      "",    "",       "",      "",     "1.00",  "0",     "0",      "0",     "0"};
+inline const QStringList kGoodPointPart = {"0",     "260.00", "95.00",  "5.00",
+                                           "20.00", "10.00",  "200.00", "90.00"};
 
-inline QString OnePartPointFile(int part) {
-    return QStringLiteral(
-               "Part #Index:%1\r\nDirection is:0\r\nDP is(deg):260.00\r\nClamp High "
-               "is(%):95.00\r\nClamp Low is(%):5.00\r\nAngle of Point A is(deg):20.00\r\nLevel "
-               "of Point A is(%):10.00\r\nAngle of Point B is(deg):200.00\r\nLevel of Point B "
-               "is(%):90.00\r\n")
-        .arg(part);
+inline QString TwoPartFile(const QStringList& part1, const QStringList& part2) {
+    return SettingsFile(TwoPartLayout(), part1 + part2);
 }
-
+inline QString OnePartPointFile(int part) {
+    return SettingsFile(OnePartPointLayout(), QStringList{QString::number(part)} + kGoodPointPart);
+}
 inline QString DualPointFile() {
-    QString text;
-    for (int part = 0; part < 2; ++part) {
-        text += QStringLiteral(
-                    "Part #%1:\r\nDirection is:0\r\nDP is(deg):260.00\r\nClamp High "
-                    "is(%):95.00\r\nClamp Low is(%):5.00\r\nAngle of Point A is(deg):20.00\r\n"
-                    "Level of Point A is(%):10.00\r\nAngle of Point B is(deg):200.00\r\nLevel "
-                    "of Point B is(%):90.00\r\n")
-                    .arg(part + 1);
-    }
-    return text;
+    return SettingsFile(DualPointLayout(), kGoodPointPart + kGoodPointPart);
 }
 
 inline void WriteFile(const QString& path, const QString& text) {

@@ -141,6 +141,8 @@ class PointSettingsTest : public QObject {
             << QStringList{integrity.arg(380)} << kFresh << EmptyValue;
         QTest::newRow("direction written as a word") << 2 << "Part #Index:0\r\nDirection is:CW\r\nDP is(deg):1\r\n"
             << QStringList{integrity.arg(13)} << kFresh << EmptyValue;
+        QTest::newRow("direction beyond the check box") << 2 << "Part #Index:0\r\nDirection is:3\r\n"
+            << QStringList{integrity.arg(380)} << kFresh << EmptyValue;
         // A stopped load keeps what it read, unchecked.
         QTest::newRow("short file") << 2 << "Part #Index:0\r\nDirection is:1\r\nDP is(deg):77x\r\n"
             << QStringList{integrity.arg(62)} << QStringList{"2", "77x", "95.00", "5.00", "", "", "", ""} << EmptyValue;

@@ -114,6 +114,27 @@ const std::map<QString, Setter>& setters() {
                  c.dacStatus = v;
                  return QString();
              })},
+            {QStringLiteral("fault_every"), wholeKey([](SimConfig& c, int v) {
+                 if (v < 1) {
+                     return QStringLiteral("expected a chip count from 1");
+                 }
+                 c.faultEvery = v;
+                 return QString();
+             })},
+            {QStringLiteral("fixture"), wholeKey([](SimConfig& c, int v) {
+                 if (v != 0 && v != 1) {
+                     return QStringLiteral("expected 0 (a hand turns the magnet) or 1");
+                 }
+                 c.fixture = v == 1;
+                 return QString();
+             })},
+            {QStringLiteral("chips"), wholeKey([](SimConfig& c, int v) {
+                 if (v < 0) {
+                     return QStringLiteral("must not be negative");
+                 }
+                 c.chips = v;
+                 return QString();
+             })},
         };
         for (const PartsSetting& s : PartsSettings()) {
             m.emplace(QString::fromLatin1(s.key), partsKey(s.mask));
@@ -157,9 +178,10 @@ std::span<const PartsSetting> PartsSettings() {
 }
 
 std::span<const FlagSetting> FlagSettings() {
-    static constexpr std::array<FlagSetting, 2> settings{{
+    static constexpr std::array<FlagSetting, 3> settings{{
         {"channel_fail", "Channel failure", &SimConfig::channelFail},
         {"version_fail", "Hardware version failure", &SimConfig::versionFail},
+        {"fixture_fail", "Magnet fixture failure", &SimConfig::fixtureFail},
     }};
     return settings;
 }
@@ -236,6 +258,15 @@ QString WriteSimConfig(const SimConfig& config) {
     }
     if (config.outputOverride) {
         add("output", shortest(*config.outputOverride));
+    }
+    if (config.faultEvery != defaults.faultEvery) {
+        add("fault_every", QString::number(config.faultEvery));
+    }
+    if (config.fixture != defaults.fixture) {
+        add("fixture", config.fixture ? QStringLiteral("1") : QStringLiteral("0"));
+    }
+    if (config.chips != defaults.chips) {
+        add("chips", QString::number(config.chips));
     }
     return entries.join(u';');
 }

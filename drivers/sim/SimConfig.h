@@ -30,7 +30,13 @@ struct SimConfig {
     int dacStatus = 0;        // the GetDACCalibration status word
     bool versionFail = false;
     bool channelFail = false;             // OpenChannel fails
+    bool fixture = true;                  // the station turns the magnet (else a hand does)
+    bool fixtureFail = false;             // the magnet fixture cannot reach an angle
     std::optional<float> outputOverride;  // a fixed MeasureOutput reading, in percent
+    // Chips of a run: the per-part faults hit only the chips whose number (from 1) is a multiple
+    // of faultEvery; the feeder has `chips` chips (0: it never runs out).
+    int faultEvery = 1;
+    int chips = 0;
 
     friend bool operator==(const SimConfig&, const SimConfig&) = default;
 };

@@ -21,6 +21,12 @@ std::int32_t angleCode(double degrees) {
 }  // namespace
 
 SimulatedBox::SimulatedBox(SimConfig cfg) : config(std::move(cfg)) {
+    insertChip();
+    setMagnetAngle(config.angle, config.rotate);
+}
+
+void SimulatedBox::insertChip() {
+    dies = {};
     // Two dies of one wafer: close, but not identical, calibration and identification.
     dies[0].chipId = 0x35;
     dies[0].k = 0.2779412f;
@@ -32,7 +38,15 @@ SimulatedBox::SimulatedBox(SimConfig cfg) : config(std::move(cfg)) {
         dies[part].locked = fault(config.locked, part);
         mirrorRegisters(part);
     }
-    setMagnetAngle(config.angle, config.rotate);
+}
+
+bool SimulatedBox::newChip() {
+    if (config.chips > 0 && m_chip >= config.chips) {
+        return false;
+    }
+    ++m_chip;
+    insertChip();
+    return true;
 }
 
 double SimulatedBox::magnetAngle() const {

@@ -76,6 +76,12 @@ class SimulatedBox {
     bool partSetting(const PartsSetting& setting, int part) const;
     void setPartSetting(const PartsSetting& setting, int part, bool on);
 
+    // The chip in the socket, counted from 1.
+    int chipNumber() const { return m_chip; }
+    // Takes the chip out and puts a fresh blank one in, as a handler does; false when the
+    // configured chips are used up.
+    bool newChip();
+
     // The configuration a new box would need to start as this one is now: the magnet where it
     // is (to a hundredth of a degree) and turning as it turns, the dies locked as they are.
     SimConfig settings() const;
@@ -112,10 +118,15 @@ class SimulatedBox {
     bool setOutputMode(int part, std::int16_t mode, std::int16_t frequency, std::int16_t polarity);
 
   private:
-    bool fault(unsigned mask, int part) const { return (mask & (1u << part)) != 0; }
+    // A per-part fault hits this chip's die.
+    bool fault(unsigned mask, int part) const {
+        return (mask & (1u << part)) != 0 && m_chip % config.faultEvery == 0;
+    }
+    void insertChip();
     void mirrorRegisters(int part);
 
     std::deque<QString> m_trace;
+    int m_chip = 1;
     double m_angle0 = 0;
     double m_speed = 0;
     QElapsedTimer m_clock;

@@ -37,6 +37,18 @@ DeviceTrafficSink* SimulatedProgrammer::traffic() {
     return m_simulation.traffic.get();
 }
 
+MagnetFixture* SimulatedProgrammer::fixture() {
+    return m_simulation.box->config.fixture ? &m_fixture : nullptr;
+}
+
+std::optional<double> SimulatedProgrammer::Fixture::turnTo(double degrees) {
+    if (m_box.config.fixtureFail) {
+        return std::nullopt;
+    }
+    m_box.setMagnetAngle(degrees, 0);
+    return m_box.magnetAngle();
+}
+
 void SimulatedProgrammer::releaseBench() {
     m_bench.reset();
 }

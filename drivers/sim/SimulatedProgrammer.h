@@ -65,8 +65,10 @@ class SimulationBench;
 
 // The simulated programmer as a programmer driver: every device object it creates talks to the
 // one box of its simulation, its ports are the simulated ones, the program's device traffic
-// goes to its recorder, and its bench is a window over the simulation. The plugin the program
-// loads is this driver over RK31_SIM; a test builds it over the configuration it needs.
+// goes to its recorder, and its bench is a window over the simulation. It is also a station: its
+// fixture turns the box's magnet (unless the configuration has a hand turn it), and its feeder
+// puts a fresh blank chip in the socket. The plugin the program loads is this driver over
+// RK31_SIM; a test builds it over the configuration it needs.
 class SimulatedProgrammer : public DeviceDriver {
   public:
     explicit SimulatedProgrammer(const SimConfig& config);
@@ -79,6 +81,8 @@ class SimulatedProgrammer : public DeviceDriver {
     // Made on first asking, and only in a program with windows.
     DeviceBench* bench() override;
     DeviceTrafficSink* traffic() override;
+    MagnetFixture* fixture() override;
+    ChipFeeder* feeder() override { return &m_feeder; }
 
     const Simulation& simulation() const { return m_simulation; }
     SimulatedBox& box() { return *m_simulation.box; }
@@ -86,7 +90,26 @@ class SimulatedProgrammer : public DeviceDriver {
     void releaseBench();
 
   private:
+    class Fixture : public MagnetFixture {
+      public:
+        explicit Fixture(SimulatedBox& box) : m_box(box) {}
+        std::optional<double> turnTo(double degrees) override;
+
+      private:
+        SimulatedBox& m_box;
+    };
+    class Feeder : public ChipFeeder {
+      public:
+        explicit Feeder(SimulatedBox& box) : m_box(box) {}
+        bool nextChip() override { return m_box.newChip(); }
+
+      private:
+        SimulatedBox& m_box;
+    };
+
     Simulation m_simulation;
+    Fixture m_fixture{*m_simulation.box};
+    Feeder m_feeder{*m_simulation.box};
     std::unique_ptr<SimulationBench> m_bench;
 };
 

@@ -9,11 +9,12 @@
 #include "rk31/DeviceTraffic.h"
 #include "rk31/PortProber.h"
 #include "rk31/QZ7734Device.h"
+#include "rk31/Station.h"
 
 // The version after the slash changes whenever anything in the rk31/ headers changes in a way
 // that breaks a built driver; the program refuses a driver built for another version.
 #define RK31_DEVICE_DRIVER_IID_PREFIX "org.rk31gui.DeviceDriver/"
-#define RK31_DEVICE_DRIVER_IID RK31_DEVICE_DRIVER_IID_PREFIX "2"
+#define RK31_DEVICE_DRIVER_IID RK31_DEVICE_DRIVER_IID_PREFIX "3"
 
 namespace rk31 {
 
@@ -38,6 +39,10 @@ class DeviceDriver {
     // Where the driver wants every call of its device objects as the program logs it (for a live
     // view of its own), or nullptr. Owned by the driver.
     virtual DeviceTrafficSink* traffic() { return nullptr; }
+    // The station's magnet fixture and chip feeder, or nullptr where it has none. Owned by the
+    // driver.
+    virtual MagnetFixture* fixture() { return nullptr; }
+    virtual ChipFeeder* feeder() { return nullptr; }
 };
 
 }  // namespace rk31

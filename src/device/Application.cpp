@@ -54,26 +54,41 @@ DeviceBench* Application::bench() {
     return m_driver ? m_driver->bench() : nullptr;
 }
 
+MagnetFixture* Application::fixture() {
+    return m_driver ? m_driver->fixture() : nullptr;
+}
+
+ChipFeeder* Application::feeder() {
+    return m_driver ? m_driver->feeder() : nullptr;
+}
+
+void Application::watchTraffic(std::shared_ptr<DeviceTrafficSink> sink) {
+    m_watchers.push_back(std::move(sink));
+}
+
 std::shared_ptr<QZ7734Device> Application::createDevice() {
     const QString progId = QString::fromLatin1(kDeviceProgId);
     if (m_driver == nullptr) {
-        throw DeviceError(NoDriverMessage(progId, m_catalog ? m_catalog->folders() : QStringList()));
+        throw DeviceError(
+            NoDriverMessage(progId, m_catalog ? m_catalog->folders() : QStringList()));
     }
     std::shared_ptr<QZ7734Device> device = m_driver->create(progId);
     // No object, no log file: a component that cannot be created leaves nothing behind.
     if (!device) {
         return nullptr;
     }
-    std::vector<std::shared_ptr<DeviceTrafficSink>> sinks;
+    std::vector<std::shared_ptr<DeviceTrafficSink>> sinks = m_watchers;
     // Opened afresh for every created object: a log that was deleted or moved while the program
     // runs is then created again at the next connect.
     if (!m_settings.deviceLog.isEmpty()) {
-        auto log = std::make_shared<DeviceLog>(m_settings.deviceLog);
+        auto log = std::make_shared<DeviceLog>(m_settings.deviceLog, [this](const QString& why) {
+            if (m_logFailure.isEmpty()) {
+                m_logFailure = why;
+                std::fprintf(stderr, "device log %s\n", qPrintable(why));
+            }
+        });
         if (log->isOpen()) {
             sinks.push_back(std::move(log));
-        } else {
-            std::fprintf(stderr, "RK31_DEVICE_LOG: cannot open %s for appending\n",
-                         qPrintable(m_settings.deviceLog));
         }
     }
     if (DeviceTrafficSink* traffic = m_driver->traffic()) {

@@ -3,15 +3,19 @@
 #include <QString>
 #include <QStringList>
 #include <memory>
+#include <vector>
 
 #include "device/DeviceSession.h"
 #include "device/NoPorts.h"
 
 namespace rk31 {
 
+class ChipFeeder;
 class DeviceBench;
 class DeviceDriver;
+class DeviceTrafficSink;
 class DriverCatalog;
+class MagnetFixture;
 class Pause;
 class PortProber;
 class Prompts;
@@ -50,6 +54,14 @@ class Application {
     PortProber& ports();
     // The driver's window of its own, or nullptr. Only programs with windows ask for it.
     DeviceBench* bench();
+    // The station's magnet fixture and chip feeder, where the driver offers them, or nullptr.
+    MagnetFixture* fixture();
+    ChipFeeder* feeder();
+
+    // A further listener to every call of the device objects created from now on.
+    void watchTraffic(std::shared_ptr<DeviceTrafficSink> sink);
+    // Why the device log could not be opened or written (the first failure), or empty.
+    const QString& deviceLogFailure() const { return m_logFailure; }
 
     // A new device-access object from the driver whose every call goes to the device log and to
     // the driver's own traffic view; nullptr when the driver yields none; a DeviceError naming the
@@ -63,6 +75,8 @@ class Application {
     std::unique_ptr<DriverCatalog> m_catalog;
     DeviceDriver* m_driver = nullptr;
     NoPorts m_noPorts;
+    std::vector<std::shared_ptr<DeviceTrafficSink>> m_watchers;
+    QString m_logFailure;
     DeviceSession m_session;
 };
 

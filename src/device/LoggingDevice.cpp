@@ -8,8 +8,18 @@
 
 namespace rk31 {
 
-DeviceLog::DeviceLog(const QString& path) : m_file(path) {
-    m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
+DeviceLog::DeviceLog(const QString& path, std::function<void(const QString&)> failed)
+    : m_file(path), m_failed(std::move(failed)) {
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text)) {
+        fail();
+    }
+}
+
+void DeviceLog::fail() {
+    if (m_failed) {
+        m_failed(m_file.fileName() + QStringLiteral(": ") + m_file.errorString());
+        m_failed = nullptr;
+    }
 }
 
 bool TrafficTee::listening() const {
@@ -29,8 +39,10 @@ void DeviceLog::write(const DeviceCall& call) {
     if (!m_file.isOpen()) {
         return;
     }
-    m_file.write((DeviceLogLine(call) + u'\n').toUtf8());
-    m_file.flush();
+    const QByteArray line = (DeviceLogLine(call) + u'\n').toUtf8();
+    if (m_file.write(line) != line.size() || !m_file.flush()) {
+        fail();
+    }
 }
 
 namespace {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFile>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -13,12 +14,17 @@ namespace rk31 {
 // abruptly.
 class DeviceLog : public DeviceTrafficSink {
   public:
-    explicit DeviceLog(const QString& path);
+    // `failed` hears, once, why the log could not be opened or a line could not be written: a
+    // log with holes is worse than none, so the program must be able to say so.
+    explicit DeviceLog(const QString& path, std::function<void(const QString&)> failed = nullptr);
     bool isOpen() const { return m_file.isOpen(); }
     void write(const DeviceCall& call) override;
 
   private:
+    void fail();
+
     QFile m_file;
+    std::function<void(const QString&)> m_failed;
 };
 
 // Hands every call to each of several sinks, describing it once, so that they all show the same

@@ -57,4 +57,10 @@ inline const QString kSelfCorrectingWait =
 inline const QString kConfiguringSolverWait =
     QStringLiteral("Configuring Solver...  Please Wait...");
 
+// Measuring with a magnet fixture.
+inline QString FixtureCannotReachText(double degrees) {
+    return QStringLiteral("The magnet fixture cannot reach ") + QString::number(degrees, 'f', 2) +
+           QStringLiteral(" deg!");
+}
+
 }  // namespace rk31

@@ -123,7 +123,14 @@ float TextToValue(const QString& text, Prompts& prompts) {
     if (const auto value = TextToSingle(text)) {
         return *value;
     }
-    prompts.message(QStringLiteral("Wrong Float Data Input Detected : ") + text +
+    // A whole line of a hostile file would fill the screen; its start says enough.
+    constexpr qsizetype kShownCharacters = 64;
+    qsizetype cut = kShownCharacters;
+    if (text.size() > cut && text.at(cut - 1).isHighSurrogate()) {
+        --cut;  // never half a character
+    }
+    const QString shown = text.size() > kShownCharacters ? text.left(cut) + QChar(0x2026) : text;
+    prompts.message(QStringLiteral("Wrong Float Data Input Detected : ") + shown +
                     QStringLiteral(" !!!"));
     return 0.0f;
 }

@@ -295,8 +295,8 @@ QStringList SettingsLinesOf(const ControlView& view, WindowFamily family) {
                 value.number = view.value(name, index);
                 break;
             case ValueKind::Integer:
-                value.number = isCheckBoxNumber(line) ? view.value(name, index)
-                                                      : view.listIndex(name, index);
+                value.number =
+                    isCheckBoxNumber(line) ? view.value(name, index) : view.listIndex(name, index);
                 break;
         }
         return value;
@@ -339,6 +339,12 @@ QString LoadErrorMessage(int error) {
     if (error == FileNotFoundError) {
         return FileNotFoundMessage;
     }
+    if (error == NotAFileError) {
+        return NotAFileMessage;
+    }
+    if (error == TooLargeError) {
+        return TooLargeMessage;
+    }
     return QStringLiteral("Error with number:") + QString::number(error) +
            QStringLiteral(" occurs! Please check the integrity of profile file!");
 }
@@ -380,16 +386,28 @@ bool SaveLines(const QString& path, const QStringList& lines) {
 }
 
 LoadedLines LoadLines(const QString& path) {
-    if (!QFileInfo::exists(path)) {
+    const QFileInfo info(path);
+    if (!info.exists()) {
         return {{}, FileNotFoundError};
+    }
+    // A FIFO would wait for a writer for ever and a device may never end.
+    if (!info.isFile()) {
+        return {{}, NotAFileError};
+    }
+    if (info.size() > kLargestSettingsFile) {
+        return {{}, TooLargeError};
     }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         return {{}, FileAccessError};
     }
-    const QByteArray bytes = file.readAll();
+    // The file may have grown since it was looked at.
+    const QByteArray bytes = file.read(kLargestSettingsFile + 1);
     if (file.error() != QFileDevice::NoError) {
         return {{}, FileAccessError};
+    }
+    if (bytes.size() > kLargestSettingsFile) {
+        return {{}, TooLargeError};
     }
     return {LinesOfBytes(bytes), 0};
 }
@@ -401,8 +419,8 @@ bool SaveSettingsFile(const QStringList& lines, QString& lastName, Prompts& prom
     }
     lastName = chosen;
     const QString path = SettingsFilePath(chosen);
-    if (QFile probe(path); probe.open(QIODevice::ReadOnly)) {
-        probe.close();
+    // Whatever is there — a file that cannot be read, a link to nowhere — is asked about.
+    if (const QFileInfo there(path); there.exists() || there.isSymLink()) {
         if (!prompts.question(OverwriteQuestion)) {
             return false;
         }

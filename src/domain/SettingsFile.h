@@ -22,6 +22,12 @@ inline constexpr int FileNotFoundError = 53;
 inline constexpr int PastEndOfFileError = 62;
 inline constexpr int FileAccessError = 75;  // exists, but cannot be opened or read
 inline constexpr int InvalidIndexError = 380;
+// Not numbered in any message: a FIFO, a device or a folder, and a file far beyond any settings
+// file, are refused before a byte is read.
+inline constexpr int NotAFileError = -1;
+inline constexpr int TooLargeError = -2;
+// Settings files are a few hundred bytes.
+inline constexpr qint64 kLargestSettingsFile = 64 * 1024;
 
 // ---- Layouts --------------------------------------------------------------------------------
 
@@ -113,9 +119,9 @@ QStringList SettingsLinesOf(const ControlView& view, WindowFamily family);
 // Reads the lines into the controls in layout order, each value as soon as it is read, so that
 // after an error the controls not reached keep what they showed. `applied` (when given) runs
 // after each line's value is in place.
-SettingsReadResult ApplySettingsLines(
-    const QStringList& lines, WindowFamily family, ControlView& view,
-    const std::function<void(const SettingsLine&)>& applied = {});
+SettingsReadResult ApplySettingsLines(const QStringList& lines, WindowFamily family,
+                                      ControlView& view,
+                                      const std::function<void(const SettingsLine&)>& applied = {});
 
 // ---- Files --------------------------------------------------------------------------------------
 
@@ -124,6 +130,10 @@ inline const QString OverwriteQuestion =
     QStringLiteral("The file with the same name already exists, would you override?");
 inline const QString SaveErrorMessage = QStringLiteral("Error happens when saving to file!");
 inline const QString FileNotFoundMessage = QStringLiteral("The selected file cannot be found!");
+inline const QString NotAFileMessage =
+    QStringLiteral("The selected file is not a regular file and cannot be a settings file!");
+inline const QString TooLargeMessage =
+    QStringLiteral("The selected file is too large to be a settings file!");
 
 // "The selected file cannot be found!" for 53, the integrity message with the number otherwise.
 QString LoadErrorMessage(int error);
@@ -143,7 +153,7 @@ bool SaveLines(const QString& path, const QStringList& lines);
 
 struct LoadedLines {
     QStringList lines;
-    int error = 0;  // FileNotFoundError, FileAccessError, or 0
+    int error = 0;  // FileNotFoundError, FileAccessError, NotAFileError, TooLargeError, or 0
 };
 
 // Reads UTF-8 lines ended by CR LF or LF alone.

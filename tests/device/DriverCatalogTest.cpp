@@ -31,7 +31,7 @@ TEST(DriverCatalog, ChoosesByNameThenAnyButTheSimulatorThenTheSimulator) {
         {"simulator alone", {kSimFolder}, nullptr, "sim", {}},
         {"another driver wins over the simulator", {kSimFolder, kTestFolder}, nullptr, "example",
          {"emptydriver", "provides nothing (its metadata names no ProgID)", "olddriver",
-          "has the wrong interface version (\"org.rk31gui.DeviceDriver/0\", this program needs \"org.rk31gui.DeviceDriver/2\")"}},
+          "has the wrong interface version (\"org.rk31gui.DeviceDriver/0\", this program needs \"org.rk31gui.DeviceDriver/3\")"}},
         {"RK31_DRIVER picks the simulator", {kTestFolder, kSimFolder}, "sim", "sim", {"emptydriver", "olddriver"}},
         {"RK31_DRIVER names none", {kSimFolder}, "nonesuch", "sim",
          {"RK31_DRIVER: no driver named nonesuch provides QZ7734Module.QZ7734Device"}},

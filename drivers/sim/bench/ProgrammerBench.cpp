@@ -66,6 +66,15 @@ QWidget* ProgrammerBench::scenarioBar() {
     connect(copy, &QPushButton::clicked, this, &ProgrammerBench::copySimText);
     m_copied = new QLabel(bar);
     m_copied->setObjectName(QStringLiteral("copied"));
+    m_chip = new QLabel(bar);
+    m_chip->setObjectName(QStringLiteral("chipNumber"));
+    auto* newChip = BenchButton(QStringLiteral("&New chip"), QStringLiteral("newChip"), bar);
+    newChip->setToolTip(QStringLiteral(
+        "Takes the chip out of the socket and puts a fresh blank one in, as a handler does"));
+    connect(newChip, &QPushButton::clicked, this, [this] {
+        m_simulation.box->newChip();
+        refresh();
+    });
 
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -73,6 +82,9 @@ QWidget* ProgrammerBench::scenarioBar() {
     layout->addWidget(m_simText, 1);
     layout->addWidget(copy);
     layout->addWidget(m_copied);
+    layout->addSpacing(12);
+    layout->addWidget(m_chip);
+    layout->addWidget(newChip);
     return bar;
 }
 
@@ -83,6 +95,7 @@ void ProgrammerBench::refresh() {
     }
     m_faults->refresh();
     m_traffic->refresh();
+    ShowText(m_chip, QStringLiteral("Chip %1").arg(m_simulation.box->chipNumber()));
     const QString text = simText();
     if (m_simText->text() != text) {
         m_simText->setText(text);

@@ -48,6 +48,7 @@ class ProgrammerBench : public QWidget {
     TrafficPanel* m_traffic = nullptr;
     QLineEdit* m_simText = nullptr;
     QLabel* m_copied = nullptr;
+    QLabel* m_chip = nullptr;
 };
 
 }  // namespace rk31::sim

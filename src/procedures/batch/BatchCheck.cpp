@@ -1,5 +1,5 @@
 // The batch programmer's reading of a settings file: the window's load, and the solve and curve
-// of check and curve, which touch no device.
+// that check, curve and every production run make before touching a device.
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -10,6 +10,7 @@
 #include "domain/Curve.h"
 #include "domain/Prompts.h"
 #include "procedures/batch/BatchRun.h"
+#include "procedures/points/PointCommands.h"
 #include "procedures/shared/SettingsCommands.h"
 #include "procedures/twopart/SessionCommands.h"
 
@@ -42,13 +43,13 @@ std::optional<std::vector<int>> BatchRunner::parts() {
     }
     if (m_kind == SettingsKind::DualPoint) {
         if (choice == PartChoice::Part1 || choice == PartChoice::Part2) {
-            m_output.error(QStringLiteral("A two-part point file programs both parts."));
+            m_prompts.message(QStringLiteral("A two-part point file programs both parts."));
             return std::nullopt;
         }
         return std::vector<int>{0, 1};
     }
     if (choice == PartChoice::Both) {
-        m_output.error(QStringLiteral("A one-part point file programs one part."));
+        m_prompts.message(QStringLiteral("A one-part point file programs one part."));
         return std::nullopt;
     }
     if (choice != PartChoice::FromFile) {
@@ -57,7 +58,29 @@ std::optional<std::vector<int>> BatchRunner::parts() {
     return std::vector<int>{m_ctx->selectedPart()};
 }
 
+bool BatchRunner::solve(const std::vector<int>& parts, CurveTables& curves) {
+    const qsizetype mark = m_prompts.messages.size();
+    bool solved = true;
+    for (const int part : parts) {
+        const auto p = static_cast<std::int16_t>(part);
+        const bool twoPart = m_kind == SettingsKind::TwoPart;
+        const bool loaded =
+            twoPart ? LoadSolverInputs(*m_ctx, p) : LoadSolverInputsTwoPoints(*m_ctx, p);
+        const int count =
+            loaded ? SolvePart(*m_ctx, p, twoPart ? SolverChoice::Chosen : SolverChoice::TwoPoints)
+                   : 0;
+        if (count < 2 || count > 4) {
+            solved = false;
+            continue;
+        }
+        ShowMessages(m_prompts, CalLinearGraph(p, static_cast<std::int16_t>(count), 0, 0,
+                                               m_ctx->session.rounded, curves));
+    }
+    return solved && since(mark).isEmpty();
+}
+
 int BatchRunner::check() {
+    setContext(m_options.settings);
     int exit = load();
     std::optional<std::vector<int>> which;
     if (exit == kExitOk) {
@@ -65,28 +88,8 @@ int BatchRunner::check() {
         exit = which ? kExitOk : kExitBadInput;
     }
     CurveTables curves{};
-    if (exit == kExitOk) {
-        // The windows' own load and solvers on the file's values; nothing is sent anywhere.
-        const qsizetype mark = m_prompts.messages.size();
-        for (const int part : *which) {
-            const auto p = static_cast<std::int16_t>(part);
-            const bool twoPart = m_kind == SettingsKind::TwoPart;
-            const bool loaded =
-                twoPart ? LoadSolverInputs(*m_ctx, p) : LoadSolverInputsTwoPoints(*m_ctx, p);
-            const int count =
-                loaded ? SolvePart(*m_ctx, p,
-                                   twoPart ? SolverChoice::Chosen : SolverChoice::TwoPoints)
-                       : 0;
-            if (count < 2 || count > 4) {
-                exit = kExitBadInput;
-                continue;
-            }
-            ShowMessages(m_prompts, CalLinearGraph(p, static_cast<std::int16_t>(count), 0, 0,
-                                                   m_ctx->session.rounded, curves));
-        }
-        if (!since(mark).isEmpty()) {
-            exit = kExitBadInput;
-        }
+    if (exit == kExitOk && !solve(*which, curves)) {
+        exit = kExitBadInput;
     }
     if (m_options.command == BatchCommand::Curve) {
         if (exit == kExitOk) {
@@ -96,15 +99,21 @@ int BatchRunner::check() {
         }
         return exit;
     }
+    const QString cause = m_prompts.messages.value(0);
     if (m_options.json) {
         m_output.out(QString::fromUtf8(
             QJsonDocument(QJsonObject{{"file", m_options.settings},
                                       {"result", exit == kExitOk ? "good" : "refused"},
+                                      {"exit", exit},
                                       {"messages", QJsonArray::fromStringList(m_prompts.messages)}})
                 .toJson(QJsonDocument::Compact)));
-    } else if (!m_options.quiet) {
-        m_output.out(m_options.settings +
-                     (exit == kExitOk ? QStringLiteral(": good") : QStringLiteral(": refused")));
+    } else if (exit == kExitOk) {
+        if (!m_options.quiet) {
+            m_output.out(m_options.settings + QStringLiteral(": good"));
+        }
+    } else {
+        m_output.out(m_options.settings + QStringLiteral(": refused: ") +
+                     (cause.isEmpty() ? QStringLiteral("the solver refused the settings") : cause));
     }
     return exit;
 }

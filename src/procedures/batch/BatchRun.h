@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -7,13 +8,13 @@
 #include <optional>
 #include <vector>
 
-#include "procedures/batch/BatchOptions.h"
-#include "procedures/batch/BatchSeams.h"
+#include "device/WindowContext.h"
 #include "domain/ValueControlView.h"
 #include "domain/WindowFamily.h"
+#include "procedures/batch/BatchOptions.h"
+#include "procedures/batch/BatchSeams.h"
+#include "procedures/batch/ChipRecord.h"
 #include "procedures/batch/Verify.h"
-#include "device/WindowContext.h"
-#include "procedures/points/PointCommands.h"
 
 namespace rk31 {
 
@@ -25,22 +26,43 @@ class Application;
 enum class SettingsKind { TwoPart, OnePartPoint, DualPoint };
 SettingsKind SniffSettingsKind(const QString& path);
 
-// What happened to one part.
-struct PartReport {
-    int part = 0;                                // 0 = Part#1
-    QString result = QStringLiteral("not run");  // "programmed", "verified", "verify failed",
-                                                 // "failed"
-    QStringList messages;
-    std::optional<VerifyReading> reading;
+// Where a part's run stopped.
+enum class Stage { None, File, Connect, Power, Identification, Program, Verify, Lock };
+QString StageName(Stage stage);
+
+// The verdict on one part of one chip.
+struct PartVerdict {
+    int part = 0;               // 0 = Part#1
+    Stage stage = Stage::None;  // the stage it failed in; None: it passed
+    QString cause;              // why, in words
+    std::optional<VerifyResult> verify;
+    QString warning;  // what the verdict cannot vouch for
     bool locked = false;
-    int exit = kExitOk;
+    bool interrupted = false;
+    bool started = false;   // its first step began
+    bool finished = false;  // its last step ended
+
+    bool passed() const { return stage == Stage::None; }
+    int exit() const;
 };
 
-// rk31prog: one settings file, one chip, through the windows' own procedures on controls held
-// as values. For a two-part file these are the "/1" window's (Connect, Enable Part, Power On,
-// Program, Power Off, Disconnect per part); for a one-part point file the "/4" window's
+// One chip of a run.
+struct ChipResult {
+    int number = 1;
+    QDateTime started;
+    qint64 milliseconds = 0;
+    std::vector<PartVerdict> parts;
+    bool interrupted = false;
+    bool passed() const;
+    int exit() const;
+};
+
+// rk31prog: one settings file, chip after chip, through the windows' own procedures on controls
+// held as values. For a two-part file these are the "/1" window's (Connect, Enable Part, Power
+// On, Program, Power Off, Disconnect per part); for a one-part point file the "/4" window's
 // (Connect, Power On, Set point B with the stored point B, Disconnect); for a two-part point
-// file the "/5" window's.
+// file the "/5" window's. Before the first device call the file is loaded and solved exactly as
+// `check` does, so a file that check refuses touches nothing.
 class BatchRunner {
   public:
     // Runs on the application's session and driver; `prompts` are the application's.
@@ -52,41 +74,68 @@ class BatchRunner {
     // Runs the command; the exit code.
     int run();
 
-    const std::vector<PartReport>& reports() const { return m_reports; }
+    const std::vector<ChipResult>& chips() const { return m_chips; }
 
   private:
+    // Thrown between two steps when Ctrl-C was pressed.
+    struct Interrupted {};
+
     int load();
+    std::optional<std::vector<int>> parts();
+    // The windows' solvers on the file's values; nothing is sent anywhere.
+    bool solve(const std::vector<int>& parts, CurveTables& curves);
     int check();
-    int program();
-    bool connect();
-    // The window's connect button.
+    int production();
+    QString openOutputs();
+
+    ChipResult runChip(int number);
+    bool connect(ChipResult& chip);
     void connectCommand();
     void disconnect();
-    void programTwoPart(PartReport& report);
-    void programPoints(std::vector<PartReport*>& reports);
-    void verifyAndLock(PartReport& report, bool programmed, int count);
-    void lockPointPart(PartReport& report);
-    std::optional<std::vector<int>> parts();
+    void programTwoPart(PartVerdict& verdict);
+    void programPoints(std::vector<PartVerdict>& verdicts);
+    void verifyOnly(PartVerdict& verdict);
+    bool powerForVerify(PartVerdict& verdict);
+    void verifyAndLock(PartVerdict& verdict, int count);
+    void lockPointPart(PartVerdict& verdict);
+    void powerOffAll();
+    // Marks a part failed at `stage`: the first message shown since `mark`, else `otherwise`.
+    void fail(PartVerdict& verdict, Stage stage, qsizetype mark, const QString& otherwise);
+    QString noSupplyCause(int part) const;
+    bool nextChip();
 
     // A window handler's frame: a device call that fails as a whole is shown and the window
     // follows the chip states.
     void attempt(const std::function<void()>& handler);
-    // The messages shown since `mark`.
     QStringList since(qsizetype mark) const;
-    void step(const QString& text);
-    int finish(int exit);
+    // Starts a step of `stage` on the parts that are `started` from now on.
+    void step(Stage stage, const QString& text);
+    void say(const QString& line);
+    void setContext(const QString& where);
+
+    void printChip(const ChipResult& chip);
+    QString verdictLine(const ChipResult& chip, const PartVerdict& verdict) const;
+    QJsonObject chipObject(const ChipResult& chip) const;
+    int finish(int exit, QString fileCause = {});
 
     BatchOptions m_options;
     BatchOutput& m_output;
+    Application& m_app;
     SettingsKind m_kind = SettingsKind::TwoPart;
     PointWindowTraits m_traits;
     ValueControlView m_view;
     BatchPrompts& m_prompts;
     BatchUi m_ui;
     std::unique_ptr<WindowContext> m_ctx;
-    std::vector<PartReport> m_reports;
+    std::shared_ptr<ChipTraffic> m_traffic;
+    RecordFile m_record;
+    QString m_sha256;
+    std::vector<int> m_parts;
+    std::vector<ChipResult> m_chips;
+    QString m_runFailure;  // a log or record that could not be written
     int m_step = 0;
-    int m_steps = 0;
+    Stage m_stage = Stage::Connect;
+    bool m_stopping = false;
 };
 
 }  // namespace rk31

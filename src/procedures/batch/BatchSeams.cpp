@@ -28,12 +28,11 @@ class BatchWait : public WaitWindow {
 
 void BatchPrompts::message(const QString& text) {
     messages << text;
-    m_output.error(text);
+    m_output.error(where.isEmpty() ? text : where + QStringLiteral(": ") + text);
 }
 
 bool BatchPrompts::question(const QString& text) {
-    messages << text;
-    m_output.error(text);
+    message(text);
     return false;
 }
 

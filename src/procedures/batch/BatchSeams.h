@@ -10,12 +10,20 @@
 
 namespace rk31 {
 
-// Where the batch programmer's lines go: `error` is standard error (every message a window would
-// show, exactly), `out` standard output (steps, results).
+// Where the batch programmer's lines go and what it hears from outside: `error` is standard
+// error (every message a window would show, after where it happened), `out` standard output
+// (steps, verdicts, results).
 struct BatchOutput {
     std::function<void(const QString&)> error;
     std::function<void(const QString&)> out;
     bool terminal = false;  // standard output is a terminal: the wait texts show progress
+    // Ctrl-C was pressed: the chip in the socket is finished safely and the run stops.
+    std::function<bool()> interrupted = [] { return false; };
+    // Nobody reads standard output any more: the chip is finished and the run stops.
+    std::function<bool()> closed = [] { return false; };
+    // Asks for the next chip where the station has no feeder (Enter on the terminal); false at
+    // the end of input.
+    std::function<bool()> nextChip = [] { return false; };
 };
 
 // The message boxes of the window procedures, without a window: each message becomes a line on
@@ -33,6 +41,7 @@ class BatchPrompts : public Prompts {
 
     QString file;          // what the open-file dialog answers
     QStringList messages;  // every message so far, in order
+    QString where;         // the file, port and part a message is about
 
   private:
     BatchOutput& m_output;

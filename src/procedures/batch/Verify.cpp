@@ -1,17 +1,59 @@
 #include "procedures/batch/Verify.h"
 
-#include <QString>
 #include <algorithm>
 #include <cmath>
 
 #include "device/DeviceSession.h"
-#include "device/ModeChange.h"
-#include "domain/Messages.h"
+#include "device/Measurement.h"
 #include "device/WindowContext.h"
-#include "domain/Prompts.h"
 #include "domain/Curve.h"
+#include "domain/CurveCheck.h"
+#include "domain/Prompts.h"
 
 namespace rk31 {
+
+namespace {
+
+QString number(double value) {
+    return QString::number(value, 'f', 2);
+}
+
+}  // namespace
+
+bool VerifyResult::passed() const {
+    return complete && !readings.empty() &&
+           std::all_of(readings.begin(), readings.end(), [](const auto& r) { return r.passed; });
+}
+
+bool VerifyResult::blankWouldPass() const {
+    return !readings.empty() && std::all_of(readings.begin(), readings.end(),
+                                            [](const auto& r) { return r.blankWouldPass; });
+}
+
+QString VerifyResult::cause() const {
+    const auto off =
+        std::find_if(readings.begin(), readings.end(), [](const auto& r) { return !r.passed; });
+    if (off == readings.end()) {
+        return {};
+    }
+    if (std::isnan(off->expected)) {
+        return QStringLiteral("no curve is drawn at ") + number(off->angle) +
+               QStringLiteral(" deg");
+    }
+    const auto failed =
+        std::count_if(readings.begin(), readings.end(), [](const auto& r) { return !r.passed; });
+    QString text = QStringLiteral("output off the curve ") + ReadingText(*off);
+    if (readings.size() > 1) {
+        text += QStringLiteral(", %1 of %2 angles off").arg(failed).arg(readings.size());
+    }
+    return text;
+}
+
+QString ReadingText(const VerifyReading& r) {
+    return QStringLiteral("at ") + number(r.angle) + QStringLiteral(" deg expected ") +
+           number(r.expected) + QStringLiteral(" %VDD, measured ") + number(r.measured) +
+           QStringLiteral(" %VDD (tolerance ") + number(r.tolerance) + u')';
+}
 
 int CurvePointCount(const RoundedImages& rounded, std::int16_t part) {
     const auto& images = rounded.RoundedPoints.at(static_cast<std::size_t>(part));
@@ -20,54 +62,36 @@ int CurvePointCount(const RoundedImages& rounded, std::int16_t part) {
     return std::max(2, static_cast<int>(used));
 }
 
-std::optional<VerifyReading> VerifyPart(WindowContext& ctx, std::int16_t part, int count) {
-    const auto p = static_cast<std::size_t>(part);
-    ToOWIMode(ctx, part);
-    if (ctx.session.ChipState[p] != OwiMode) {
-        ctx.prompts.message(kNotInOwiModeText);
-        return std::nullopt;
-    }
-    VerifyReading reading;
-    ctx.session.device().ReadAngle(part, reading.angle);
-    ToADCMode(ctx, part);
-    if (ctx.session.ChipState[p] != AdcMode) {
-        ctx.prompts.message(kNotInAdcModeText);
-        return std::nullopt;
-    }
-    ctx.session.device().MeasureOutput(part, 1, reading.measured);
-
+VerifyResult VerifyPart(WindowContext& ctx, std::int16_t part, int count, MagnetFixture* fixture) {
     CurveTables curves{};
     ShowMessages(ctx.prompts, CalLinearGraph(part, static_cast<std::int16_t>(count), 0, 0,
                                              ctx.session.rounded, curves));
-    const CurveRows& rows = curves[p];
-    // The curve's angle seam: a sensed 359.8 degrees is read as the curve's 360.
-    const double angle = reading.angle;
-    const auto at = [&rows](double a) {
-        auto level = CurveLevelAt(rows, a);
-        if (!level && a > 359.0) {
-            level = CurveLevelAt(rows, a - 360.0);
-        }
-        if (!level && a < 1.0) {
-            level = CurveLevelAt(rows, a + 360.0);
-        }
-        return level;
-    };
-    const auto expected = at(angle);
-    if (!expected) {
-        reading.expected = std::nan("");
-        return reading;
+    const CurveRows& rows = curves[static_cast<std::size_t>(part)];
+    VerifyResult result;
+    std::vector<OutputSample> samples;
+    if (fixture != nullptr) {
+        const std::vector<double> angles = ProvingAngles(rows);
+        samples = SampleAtAngles(ctx, part, *fixture, angles);
+        result.complete = !angles.empty() && samples.size() == angles.size();
+    } else if (const auto sample = SampleOutput(ctx, part)) {
+        samples.push_back(*sample);
+        result.complete = true;
     }
-    double spread = 0;
-    for (const double d : {-0.5, 0.5}) {
-        if (const auto near = at(angle + d)) {
-            spread = std::max(spread, std::abs(*near - *expected));
+    for (const OutputSample& s : samples) {
+        VerifyReading r;
+        r.angle = s.angle;
+        r.measured = s.output;
+        if (const auto c = CompareWithCurve(rows, s.angle, s.output)) {
+            r.expected = c->expected;
+            r.tolerance = c->tolerance;
+            r.passed = c->passed;
+            r.blankWouldPass = c->blankWouldPass;
+        } else {
+            r.expected = std::nan("");
         }
+        result.readings.push_back(r);
     }
-    reading.expected = *expected;
-    reading.tolerance = kDacStep + 0.5 + spread;
-    reading.passed = reading.measured >= 0 && reading.measured < 101 &&
-                     std::abs(reading.measured - reading.expected) <= reading.tolerance;
-    return reading;
+    return result;
 }
 
 }  // namespace rk31

@@ -1,12 +1,16 @@
-// rk31prog's work for a production line: many chips in a row, each a new chip on a simulated
-// programmer without latency, programmed on both parts and verified from a two-part settings
-// file, through the batch programmer's runner as rk31prog runs it. Time per chip and resident
-// memory must stay flat: the last hundred chips no slower and no bigger than the first.
+// rk31prog's work for a production line: a thousand chips in a row through one run of the batch
+// programmer, as `rk31prog program --count 1000 --verify --record FILE` makes it on a station
+// whose feeder puts the next chip in the socket: both parts programmed and verified at the
+// fixture's angles, one record line per chip. Time per chip and resident memory must stay flat
+// (the last hundred chips no slower and no bigger than the first), and the record must read back
+// line by line, one whole line per chip.
 //
 //   batch_bench [CHIPS]      (default 1000)
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryDir>
 #include <cstdio>
 #include <vector>
@@ -45,6 +49,47 @@ const char* const kSettings =
     "is(deg):1.00\r\nPolarity parameter is:0\r\nOutMode is:0\r\nPWMFreq is:0\r\nPWMPolarity "
     "is0\r\n";
 
+// The simulated station's feeder, timed: the time between two chips is one chip's whole work,
+// its record line and its verdict included.
+class TimedStation : public DeviceDriver {
+  public:
+    explicit TimedStation(sim::SimulatedProgrammer& inner) : m_inner(inner), m_feeder(*this) {
+        m_clock.start();
+    }
+    std::shared_ptr<QZ7734Device> create(const QString& progId) override {
+        return m_inner.create(progId);
+    }
+    PortProber* ports() override { return m_inner.ports(); }
+    MagnetFixture* fixture() override { return m_inner.fixture(); }
+    ChipFeeder* feeder() override { return &m_feeder; }
+
+    std::vector<double> perChipMs;
+    std::vector<long> rssKb;
+
+  private:
+    class Feeder : public ChipFeeder {
+      public:
+        explicit Feeder(TimedStation& station) : m_station(station) {}
+        bool nextChip() override { return m_station.chipDone(); }
+
+      private:
+        TimedStation& m_station;
+    };
+    bool chipDone() {
+        perChipMs.push_back(static_cast<double>(m_clock.nsecsElapsed()) / 1e6);
+        if (perChipMs.size() % kBlock == 0) {
+            rssKb.push_back(StatusKb("VmRSS"));
+        }
+        const bool more = m_inner.feeder()->nextChip();
+        m_clock.restart();
+        return more;
+    }
+
+    sim::SimulatedProgrammer& m_inner;
+    Feeder m_feeder;
+    QElapsedTimer m_clock;
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -61,39 +106,41 @@ int main(int argc, char** argv) {
     file.write(part1 + QByteArray(kSettings).replace("Part #1:", "Part #2:"));
     file.close();
 
+    const QString record = dir.filePath(QStringLiteral("line.jsonl"));
     BatchOptions options;
     options.command = BatchCommand::Program;
     options.settings = path;
     options.port = 1;
     options.verify = true;
     options.quiet = true;
-    int failures = 0;
-    BatchOutput output{[&failures](const QString&) { ++failures; }, [](const QString&) {}};
+    options.count = chips;
+    options.record = record;
+    int messages = 0;
+    BatchOutput output{[&messages](const QString&) { ++messages; }, [](const QString&) {}};
     CountingPause pause;
     sim::SimConfig config;
-    config.angle = 100;
+    config.chips = chips;
+    sim::SimulatedProgrammer programmer(config);
+    TimedStation station(programmer);
+    BatchPrompts prompts(output);
+    Application application(StartSettings{}, prompts, pause, &station);
+    BatchRunner runner(options, output, application, prompts);
+    const int exit = runner.run();
+    std::vector<double>& perChipMs = station.perChipMs;
+    std::vector<long>& rssKb = station.rssKb;
 
-    std::vector<double> perChipMs;
-    qsizetype callsPerChip = 0;
-    std::vector<long> rssKb;
-    QElapsedTimer clock;
-    for (int chip = 0; chip < chips; ++chip) {
-        // A new chip in the socket: a fresh box, as the line's handler puts the next part in,
-        // and a fresh application, as each run of rk31prog is a process of its own.
-        sim::SimulatedProgrammer programmer(config);
-        BatchPrompts prompts(output);
-        Application application(StartSettings{}, prompts, pause, &programmer);
-        clock.start();
-        BatchRunner runner(options, output, application, prompts);
-        if (runner.run() != kExitOk) {
-            ++failures;
-        }
-        perChipMs.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
-        callsPerChip = programmer.box().trace().size();
-        if ((chip + 1) % kBlock == 0) {
-            rssKb.push_back(StatusKb("VmRSS"));
+    // The record read back as a line's tools read it.
+    int recordLines = 0;
+    int passedLines = 0;
+    QFile lines(record);
+    if (lines.open(QIODevice::ReadOnly)) {
+        while (!lines.atEnd()) {
+            const QJsonObject line = QJsonDocument::fromJson(lines.readLine()).object();
+            ++recordLines;
+            passedLines += line.value(QStringLiteral("verdict")).toString() == u"PASS" ? 1 : 0;
         }
     }
+    const int failures = (exit == kExitOk ? 0 : 1) + messages + (chips - passedLines);
     const auto block = [&perChipMs](std::size_t k) {
         return Summarize(
             std::vector<double>(perChipMs.begin() + static_cast<long>(k * kBlock),
@@ -102,7 +149,8 @@ int main(int argc, char** argv) {
     const Summary first = block(1);  // the first block warms the caches and the allocator
     const Summary last = block(perChipMs.size() / kBlock - 1);
     const long memoryGrowth = rssKb.back() - rssKb[1];
-    PrintFigure(QStringLiteral("batch, %1 chips, both parts programmed and verified: median %2 ms "
+    PrintFigure(QStringLiteral("batch, %1 chips in one run, both parts programmed and verified at "
+                               "the fixture's angles, recorded: median %2 ms "
                                "per chip in the last %3, %4 ms in chips %3 to %5")
                     .arg(chips)
                     .arg(Fixed(last.median, 3))
@@ -129,10 +177,16 @@ int main(int argc, char** argv) {
         }
         return kb.join(u' ');
     }());
-    PrintDetail(QStringLiteral("failed chips: %1; device calls per chip: %2; sleeps asked for and "
-                               "not slept: %3 ms per chip")
-                    .arg(failures)
-                    .arg(callsPerChip)
+    PrintFigure(QStringLiteral("batch, record after %1 chips: %2 whole JSON lines, %3 passed")
+                    .arg(chips)
+                    .arg(recordLines)
+                    .arg(passedLines),
+                QStringLiteral("target: one passed line per chip"),
+                recordLines == chips && passedLines == chips);
+    PrintDetail(QStringLiteral("exit %1, messages %2; sleeps asked for and not slept: %3 ms per "
+                               "chip")
+                    .arg(exit)
+                    .arg(messages)
                     .arg(pause.slept / chips));
     return 0;
 }

@@ -145,6 +145,7 @@ std::vector<double> ProvingAngles(const CurveRows& rows) {
 std::optional<Deviation> LargestDeviation(const CurveRows& rows,
                                           const std::vector<AngleReading>& readings) {
     std::optional<Deviation> largest;
+    double largestExcess = 0;  // beyond the tolerance; below 0 within it
     bool passed = true;
     for (const AngleReading& r : readings) {
         const auto c = CompareWithCurve(rows, r.angle, r.measured);
@@ -152,9 +153,10 @@ std::optional<Deviation> LargestDeviation(const CurveRows& rows,
             continue;
         }
         passed = passed && c->passed;
-        if (!largest ||
-            std::abs(r.measured - c->expected) > std::abs(largest->measured - largest->expected)) {
+        const double excess = std::abs(r.measured - c->expected) - c->tolerance;
+        if (!largest || excess > largestExcess) {
             largest = Deviation{r.angle, r.measured, c->expected, true};
+            largestExcess = excess;
         }
     }
     if (largest) {

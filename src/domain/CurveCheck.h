@@ -47,8 +47,10 @@ struct AngleReading {
     double angle = 0;     // sensed
     double measured = 0;  // %VDD
 };
-// The largest deviation of `readings` from the curve, among those where a curve is drawn;
-// nothing when there is none.
+// The reading of `readings` that lies furthest from the curve for what its tolerance allows,
+// among those where a curve is drawn; nothing when there is none. Beside the jump at DP the
+// tolerance spans both of its ends, so a reading of either end is no deviation, however far it
+// lies from the level drawn at that angle.
 std::optional<Deviation> LargestDeviation(const CurveRows& rows,
                                           const std::vector<AngleReading>& readings);
 

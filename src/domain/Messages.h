@@ -63,4 +63,31 @@ inline QString FixtureCannotReachText(double degrees) {
            QStringLiteral(" deg!");
 }
 
+// Measuring the programmed curve in the plots.
+inline const QString kNoMeasurementsText = QStringLiteral("No measurements yet.");
+inline const QString kMeasureTitle = QStringLiteral("Measure");
+// "Part#1, 36 points: largest deviation 0.42 %VDD at 123.00 deg (within tolerance)"
+inline QString LargestDeviationText(int part, int points, double deviation, double angle,
+                                    bool withinTolerance) {
+    return QStringLiteral("Part#%1, %2 %3: largest deviation %4 %VDD at %5 deg (%6)")
+        .arg(part + 1)
+        .arg(points)
+        .arg(points == 1 ? QStringLiteral("point") : QStringLiteral("points"))
+        .arg(QString::number(deviation, 'f', 2), QString::number(angle, 'f', 2),
+             withinTolerance ? QStringLiteral("within tolerance")
+                             : QStringLiteral("outside the tolerance"));
+}
+// Readings where the part's curve is not drawn prove nothing either way.
+inline QString NoneOnTheCurveText(int part, int points) {
+    return QStringLiteral("Part#%1, %2 %3: none where the curve is drawn")
+        .arg(part + 1)
+        .arg(points)
+        .arg(points == 1 ? QStringLiteral("point") : QStringLiteral("points"));
+}
+inline QString MeasuringAtText(int part, double degrees) {
+    return QStringLiteral("Measuring Part#%1 at %2 deg...")
+        .arg(part + 1)
+        .arg(QString::number(degrees, 'f', 0));
+}
+
 }  // namespace rk31

@@ -6,11 +6,6 @@
 
 using namespace rk31;
 
-// Readable failure output for QString comparisons.
-inline void PrintTo(const QString& text, std::ostream* os) {
-    *os << '"' << text.toStdString() << '"';
-}
-
 namespace {
 
 // Curves are written as text: points "100,20 200,80", segments "83,10>100,20 100,20>200,80".

@@ -11,11 +11,6 @@
 
 using namespace rk31;
 
-// Readable failure output for QString comparisons.
-inline void PrintTo(const QString& text, std::ostream* os) {
-    *os << '"' << text.toStdString() << '"';
-}
-
 namespace {
 
 QByteArray readBytes(const QString& path) {

@@ -6,11 +6,6 @@
 
 using namespace rk31;
 
-// Readable failure output for QString comparisons.
-inline void PrintTo(const QString& text, std::ostream* os) {
-    *os << '"' << text.toStdString() << '"';
-}
-
 namespace {
 
 constexpr auto T2 = WindowFamily::TwoPartTwoSupplies;

@@ -4,7 +4,8 @@
 #include <algorithm>
 
 #include "device/DeviceSession.h"
-#include "support/ScriptedPrompts.h"
+#include "support/WindowHarness.h"
+#include "ui/kit/MainWindowBase.h"
 #include "ui/plots/TransferCurvePlot.h"
 #include "ui/plots/frmLinearGraph.h"
 
@@ -30,8 +31,10 @@ class LinearGraphTest : public QObject {
     void showsTheChosenParts() {
         QFETCH(QList<int>, init);
         QFETCH(QList<int>, shown);
-        test::ScriptedPrompts prompts;
-        DeviceSession session(nullptr);
+        test::Bench bench;
+        const auto window = bench.window(1);
+        test::ScriptedPrompts& prompts = bench.prompts;
+        DeviceSession& session = bench.session();
         // Part#1: four points; Part#2: two points, C and D not in use. Then DP, clamp high, low.
         session.rounded = {
             {{{100, 150, 250, 300, 20, 40, 60, 80}, {100, 200, 500, 500, 20, 80, 0, 0}}},
@@ -41,7 +44,7 @@ class LinearGraphTest : public QObject {
         const QString texts[] = {"95|5|20|100:20|150:40|250:60|300:80",
                                  QString("90|10|%1|100:20|200:80|Not Used|Not Used").arg(init[4])};
 
-        frmLinearGraph graph(session, prompts);
+        frmLinearGraph graph(static_cast<MainWindowBase*>(window.get())->measureSeams());
         graph.Init(static_cast<std::int16_t>(init[0]), static_cast<std::int16_t>(init[1]),
                    static_cast<std::int16_t>(init[2]), static_cast<std::int16_t>(init[3]));
         QVERIFY(prompts.messages.isEmpty());

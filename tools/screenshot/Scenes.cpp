@@ -11,6 +11,8 @@
 #include <QTimer>
 
 #include "device/ChipStateMachine.h"
+#include "device/ConfigSolvers.h"
+#include "device/SolverInputs.h"
 #include "device/UpdateControl.h"
 #include "procedures/twopart/SessionCommands.h"
 #include "ui/dialogs/RealTimeDisplayBar.h"
@@ -73,7 +75,7 @@ std::unique_ptr<QWidget> advancedAfterRead(SceneContext& context) {
 
 // Connects a main window as the Connect button does, enables both parts and powers Part#1 (both
 // parts in the one-supply window), with a characteristic typed in.
-std::unique_ptr<QWidget> connectedMainWindow(std::unique_ptr<TwoPartWindow> window) {
+void connectedMainWindow(TwoPartWindow* window) {
     WindowContext& ctx = window->context();
     ctx.session.ConnectProgrammer(1, ctx.prompts);
     Machine(ctx).SetConnectionState(1);
@@ -100,6 +102,10 @@ std::unique_ptr<QWidget> connectedMainWindow(std::unique_ptr<TwoPartWindow> wind
         ctx.view.setText(t.name, t.index, QString::fromLatin1(t.text));
         ValidateField(ctx, t.field, t.index);
     }
+}
+
+std::unique_ptr<QWidget> connectedMainWindow(std::unique_ptr<TwoPartWindow> window) {
+    connectedMainWindow(window.get());
     return window;
 }
 
@@ -117,11 +123,42 @@ void fillRoundedImages(RoundedImages& r) {
     r.PointsReversed[1] = true;
 }
 
+// The Linear Graph as a window opens it, measuring through that window.
+std::unique_ptr<frmLinearGraph> graphOver(SceneContext& context,
+                                          std::unique_ptr<MainWindowBase> window) {
+    auto graph = std::make_unique<frmLinearGraph>(window->measureSeams());
+    context.behind.push_back(std::move(window));
+    return graph;
+}
+
 std::unique_ptr<QWidget> linearGraph(SceneContext& context, std::int16_t part, std::int16_t count,
                                      std::int16_t part2, std::int16_t count2) {
+    auto graph = graphOver(context, std::make_unique<MainForm2Parts2Src>(context.app));
     fillRoundedImages(context.app.session().rounded);
-    auto graph = std::make_unique<frmLinearGraph>(context.app.session(), context.prompts);
     graph->Init(part, count, part2, count2);
+    return graph;
+}
+
+// How a measured Linear Graph scene goes: Part#1 programmed with the typed points and measured
+// against them, or measured after its Level B box was changed (as if another settings file had
+// been loaded), so that the chip no longer matches the curve drawn.
+enum class Measured { OnCurve, OffCurve };
+
+std::unique_ptr<QWidget> measuredLinearGraph(SceneContext& context, Measured measured) {
+    auto window = std::make_unique<MainForm2Parts2Src>(context.app);
+    connectedMainWindow(window.get());
+    WindowContext& ctx = window->context();
+    window->findChild<QAbstractButton*>(QStringLiteral("btnconfigsolver_0"))->click();
+    if (measured == Measured::OffCurve) {
+        ctx.view.setText(ctl::Level, 1, QStringLiteral("60"));
+        ValidateField(ctx, Field::Level, 1);
+    }
+    // What the Linear Graph button does before it opens the window.
+    const int count = LoadSolverInputs(ctx, 0) ? configsolver(ctx, 0) : 0;
+    auto graph = graphOver(context, std::move(window));
+    graph->Init(0, static_cast<std::int16_t>(count), 0, 0);
+    graph->show();
+    graph->findChild<QAbstractButton*>(QStringLiteral("measure"))->click();
     return graph;
 }
 
@@ -148,9 +185,10 @@ void typeText(QWidget* window, const QString& name, const QString& text) {
     }
 }
 
-// How far a point window's scene goes: just opened, connected on the programmer's port, or a
-// part taught at 40 and 170 degrees and programmed.
-enum class Stage { Offline, Connected, Programmed };
+// How far a point window's scene goes: just opened, connected on the programmer's port, a part
+// taught at 40 and 170 degrees and programmed, and then measured with the fixture or, without
+// one, at three magnet positions turned by hand.
+enum class Stage { Offline, Connected, Programmed, Measured, MeasuredByHand };
 
 std::unique_ptr<QWidget> pointWindow(SceneContext& context,
                                      std::unique_ptr<PointProgrammingWindow> window, Stage stage) {
@@ -188,12 +226,23 @@ std::unique_ptr<QWidget> pointWindow(SceneContext& context,
     clickButton(w, QStringLiteral("SetpointA"));
     context.programmer.box().setMagnetAngle(170, 0);
     clickButton(w, QStringLiteral("SetpointB"));
+    if (stage == Stage::Measured) {
+        clickButton(w, QStringLiteral("measure"));
+    }
+    if (stage == Stage::MeasuredByHand) {
+        for (const double angle : {60.0, 120.0, 250.0}) {
+            context.programmer.box().setMagnetAngle(angle, 0);
+            clickButton(w, QStringLiteral("addMeasurement"));
+        }
+    }
     return window;
 }
 
 template <typename Window>
 Scene pointScene(const char* name, Stage stage) {
     return {QString::fromLatin1(name), [stage](SceneContext& context) {
+                // A hand turns the magnet: the window offers Add measurement instead of Measure.
+                context.programmer.box().config.fixture = stage != Stage::MeasuredByHand;
                 return pointWindow(context, std::make_unique<Window>(context.app), stage);
             }};
 }
@@ -301,16 +350,24 @@ const std::vector<Scene>& AllScenes() {
          }},
         {"linear_graph_both_parts", [](SceneContext& c) { return linearGraph(c, 0, 4, 1, 2); }},
         {"linear_graph_part2_alone", [](SceneContext& c) { return linearGraph(c, 1, 2, 0, 0); }},
+        {"linear_graph_measured",
+         [](SceneContext& c) { return measuredLinearGraph(c, Measured::OnCurve); }},
+        {"linear_graph_measured_off_curve",
+         [](SceneContext& c) { return measuredLinearGraph(c, Measured::OffCurve); }},
         {"real_time_display", realTimeDisplay},
         pointScene<MainForm2PointsProgramming>("point2_offline", Stage::Offline),
         pointScene<MainForm2PointsProgramming>("point2_connected", Stage::Connected),
         pointScene<MainForm2PointsProgramming>("point2_programmed", Stage::Programmed),
+        pointScene<MainForm2PointsProgramming>("point2_measured", Stage::Measured),
+        pointScene<MainForm2PointsProgramming>("point2_measured_by_hand", Stage::MeasuredByHand),
         pointScene<MainForm2PointsProgrammingforDual>("point3_offline", Stage::Offline),
         pointScene<MainForm2PointsProgrammingforDual>("point3_connected", Stage::Connected),
         pointScene<MainForm2PointsProgrammingforDual>("point3_programmed", Stage::Programmed),
+        pointScene<MainForm2PointsProgrammingforDual>("point3_measured", Stage::Measured),
         pointScene<MainForm2PointsProgrammingWithPwr>("point4_offline", Stage::Offline),
         pointScene<MainForm2PointsProgrammingWithPwr>("point4_connected", Stage::Connected),
         pointScene<MainForm2PointsProgrammingWithPwr>("point4_programmed", Stage::Programmed),
+        pointScene<MainForm2PointsProgrammingWithPwr>("point4_measured", Stage::Measured),
         pointScene<MainForm2PointsProgrammingforDualWithPwr>("point5_offline", Stage::Offline),
         pointScene<MainForm2PointsProgrammingforDualWithPwr>("point5_connected", Stage::Connected),
         pointScene<MainForm2PointsProgrammingforDualWithPwr>("point5_programmed",

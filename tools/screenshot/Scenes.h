@@ -59,6 +59,9 @@ struct SceneContext {
     NoPause pause;
     sim::SimulatedProgrammer programmer{sim::SimConfig{}};
     Application app{StartSettings{}, prompts, pause, &programmer};
+    // Windows the pictured one needs behind it (the main window a Linear Graph measures
+    // through); they go before the application.
+    std::vector<std::unique_ptr<QWidget>> behind;
 };
 
 // One picture: a window built in the state worth looking at. The tool shows it, lets it lay

@@ -64,7 +64,7 @@ const QString kInterruptedCause = QStringLiteral("interrupted by Ctrl-C");
 // The stage a window's message tells of, when it is not the stage the step runs in.
 Stage stageOfMessage(const QString& message, Stage step) {
     if (message == kResetHardwareText || message == kReadErrorText ||
-        message.startsWith(kCommLockedText)) {
+        message == kCommLockRefusedText || message.startsWith(kCommLockedText)) {
         return Stage::Identification;
     }
     if (step == Stage::Power &&

@@ -292,9 +292,13 @@ void MainWindowBase::showAbout(const QString& hardwareVersion) {
     m_ctx->prompts.runModal(box);
 }
 
+MeasureSeams MainWindowBase::measureSeams() {
+    return {*m_ctx, m_app.fixture(), [this](const std::function<void()>& handler) { run(handler); }};
+}
+
 void MainWindowBase::showLinearGraph(std::int16_t part, std::int16_t count, std::int16_t part2,
                                      std::int16_t count2) {
-    frmLinearGraph graph(m_ctx->session, m_ctx->prompts, this);
+    frmLinearGraph graph(measureSeams(), this);
     graph.Init(part, count, part2, count2);
     m_ctx->prompts.runModal(graph);
 }

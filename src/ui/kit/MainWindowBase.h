@@ -8,6 +8,7 @@
 
 #include "device/WindowContext.h"
 #include "ui/kit/WidgetControlView.h"
+#include "ui/plots/MeasurePanel.h"
 
 class QAbstractButton;
 class QCheckBox;
@@ -34,6 +35,9 @@ class MainWindowBase : public QWidget, public WindowUi {
     WindowContext& context() { return *m_ctx; }
     Application& application() { return m_app; }
     ControlView& view() { return m_view; }
+    // What the plots measure through: this window's context, the station's fixture and the
+    // window's handling of a device failure.
+    MeasureSeams measureSeams();
 
     // The strip at the foot of the window for what this tool says beside the specified
     // controls: a short note on the last command, kept until the next one, and badges (such as

@@ -16,10 +16,21 @@ namespace {
 // A picture that pastes into a report at a readable size whatever the window's size.
 constexpr QSize kPictureSize{1200, 620};
 
+// The drawn segments of the shown parts, then their measured points, with CRLF line ends.
+QByteArray curveCsv(const TransferCurvePlot& plot) {
+    const std::vector<int> parts = ShownPartIndexes(plot.shownParts());
+    // The segment rows stay first and as they were; the measured rows carry a word where the
+    // segment number stands, so a reader of the segments alone can stop at the first of them.
+    const QStringList lines =
+        CurveCsvLines(plot.curves(), parts) + MeasuredCsvLines(parts, plot.readings());
+    return lines.join(QStringLiteral("\r\n")).toUtf8() + "\r\n";
+}
+
 }  // namespace
 
 QByteArray CurvePicture(const QString& format, QSize size, const ShownParts& parts,
-                        int markedPoints, const CurveTables& curves, const RoundedImages& rounded) {
+                        int markedPoints, const CurveTables& curves, const RoundedImages& rounded,
+                        const PartReadings& readings) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -30,13 +41,13 @@ QByteArray CurvePicture(const QString& format, QSize size, const ShownParts& par
         svg.setViewBox(QRect(QPoint(0, 0), size));
         svg.setTitle(QStringLiteral("Transfer curve"));
         QPainter painter(&svg);
-        PaintTransferCurves(painter, size, parts, markedPoints, curves, rounded);
+        PaintTransferCurves(painter, size, parts, markedPoints, curves, rounded, readings);
         painter.end();
         return bytes;
     }
     QImage image(size, QImage::Format_RGB32);
     QPainter painter(&image);
-    PaintTransferCurves(painter, size, parts, markedPoints, curves, rounded);
+    PaintTransferCurves(painter, size, parts, markedPoints, curves, rounded, readings);
     painter.end();
     image.save(&buffer, "PNG");
     return bytes;
@@ -52,12 +63,10 @@ void ExportCurveCommand(const TransferCurvePlot& plot, QString& lastName, Prompt
     const QString format = QFileInfo(chosen).suffix().toLower();
     QByteArray bytes;
     if (format == u"csv") {
-        bytes =
-            CurveCsvLines(plot.curves(), ShownPartIndexes(plot.shownParts())).join(QStringLiteral("\r\n")).toUtf8() +
-            "\r\n";
+        bytes = curveCsv(plot);
     } else if (format == u"png" || format == u"svg") {
         bytes = CurvePicture(format, kPictureSize, plot.shownParts(), plot.markedPoints(),
-                             plot.curves(), plot.rounded());
+                             plot.curves(), plot.rounded(), plot.readings());
     } else {
         prompts.message(
             QStringLiteral("Choose a file name ending in .png, .svg or .csv to "

@@ -36,17 +36,37 @@ double snap(double coordinate, int penWidth) {
 }
 
 
-// A line sample and the part's name for each curve, above the grid at the right.
-void drawLegend(PlotCanvas& canvas, const ShownParts& parts) {
-    double x = 250;
-    for (const ShownPart& shown : parts) {
-        canvas.SetPen(shown.colour, 2);
-        canvas.Line(x, 114, x + 12, 114);
-        canvas.SetPen(Qt::black, 1);
-        canvas.DrawLabel(static_cast<std::int16_t>(x + 15), 118,
-                         QStringLiteral("Part#%1").arg(shown.part + 1));
-        x += 60;
+// Room for one legend entry, in angle units; the last entry ends at the right of the grid.
+constexpr double kLegendEntry = 60;
+constexpr double kLegendEnd = 370;
+
+// A line sample and the part's name for each curve (when there is more than one), then a
+// diamond for the measured points (when there are any), above the grid at the right.
+void drawLegend(PlotCanvas& canvas, const ShownParts& parts, bool measured) {
+    const bool named = parts.size() > 1;
+    const auto entries = static_cast<double>((named ? parts.size() : 0) + (measured ? 1 : 0));
+    double x = kLegendEnd - kLegendEntry * entries;
+    if (named) {
+        for (const ShownPart& shown : parts) {
+            canvas.SetPen(shown.colour, 2);
+            canvas.Line(x, 114, x + 12, 114);
+            canvas.SetPen(Qt::black, 1);
+            canvas.DrawLabel(static_cast<std::int16_t>(x + 15), 118,
+                             QStringLiteral("Part#%1").arg(shown.part + 1));
+            x += kLegendEntry;
+        }
     }
+    if (measured) {
+        canvas.Diamond(x + 6, 114, Qt::white);
+        canvas.DrawLabel(static_cast<std::int16_t>(x + 15), 118, QStringLiteral("Measured"));
+    }
+}
+
+bool anyReadings(const ShownParts& parts, const PartReadings& readings) {
+    return std::any_of(parts.begin(), parts.end(), [&readings](const ShownPart& shown) {
+        return shown.part >= 0 && shown.part <= 1 &&
+               !readings[static_cast<std::size_t>(shown.part)].empty();
+    });
 }
 
 }  // namespace
@@ -128,6 +148,21 @@ void PlotCanvas::Circle(double x, double y, double radius) {
     m_painter.drawEllipse(m_transform.map(QPointF(x, y)), pixels, pixels);
 }
 
+void PlotCanvas::Diamond(double x, double y, const QColor& fill) {
+    // Outlined, so that a mark on a line of its own colour still stands out.
+    constexpr double kHalf = 4.5;
+    const QPointF at = m_transform.map(QPointF(x, y));
+    const QPointF corners[] = {at + QPointF(0, -kHalf), at + QPointF(kHalf, 0),
+                               at + QPointF(0, kHalf), at + QPointF(-kHalf, 0)};
+    m_painter.save();
+    QPen outline(Qt::black, 1);
+    outline.setCosmetic(true);
+    m_painter.setPen(outline);
+    m_painter.setBrush(fill);
+    m_painter.drawPolygon(corners, 4);
+    m_painter.restore();
+}
+
 void PlotCanvas::SetPen(const QColor& colour, int width) {
     QPen pen(colour, width);
     pen.setCosmetic(true);
@@ -135,7 +170,8 @@ void PlotCanvas::SetPen(const QColor& colour, int width) {
 }
 
 void PaintTransferCurves(QPainter& painter, QSizeF size, const ShownParts& parts, int markedPoints,
-                         const CurveTables& curves, const RoundedImages& rounded) {
+                         const CurveTables& curves, const RoundedImages& rounded,
+                         const PartReadings& readings) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, true);
     painter.setRenderHint(QPainter::TextAntialiasing, true);
@@ -193,8 +229,18 @@ void PaintTransferCurves(QPainter& painter, QSizeF size, const ShownParts& parts
                           points[static_cast<std::size_t>(p + 4)], 2);
         }
     }
-    if (parts.size() > 1) {
-        drawLegend(canvas, parts);
+    // Over every curve, so that a reading off its own curve is not hidden under the other.
+    for (const ShownPart& shown : parts) {
+        if (shown.part < 0 || shown.part > 1) {
+            continue;
+        }
+        for (const AngleReading& r : readings[static_cast<std::size_t>(shown.part)]) {
+            canvas.Diamond(r.angle, r.measured, shown.colour);
+        }
+    }
+    const bool measured = anyReadings(parts, readings);
+    if (parts.size() > 1 || measured) {
+        drawLegend(canvas, parts, measured);
     }
     painter.restore();
 }
@@ -247,6 +293,11 @@ ShownParts TransferCurvePlot::shownParts() const {
     return m_source ? m_source() : ShownParts{};
 }
 
+void TransferCurvePlot::setReadings(PartReadings readings) {
+    m_readings = std::move(readings);
+    update();
+}
+
 void TransferCurvePlot::setMarkedPoints(int count) {
     m_markedPoints = count;
     update();
@@ -267,7 +318,8 @@ QSize TransferCurvePlot::minimumSizeHint() const {
 
 void TransferCurvePlot::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    PaintTransferCurves(painter, size(), shownParts(), m_markedPoints, *m_curves, *m_rounded);
+    PaintTransferCurves(painter, size(), shownParts(), m_markedPoints, *m_curves, *m_rounded,
+                        m_readings);
     if (!m_hover) {
         return;
     }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "domain/Curve.h"
+#include "domain/CurveMeasurements.h"
 #include "domain/CurveTypes.h"
 
 class QPainter;
@@ -60,6 +61,8 @@ class PlotCanvas {
     void Line(double x1, double y1, double x2, double y2);
     // A round circle whose radius is `radius` angle units.
     void Circle(double x, double y, double radius);
+    // A filled diamond of a fixed size in pixels, outlined in black, centred on (x, y).
+    void Diamond(double x, double y, const QColor& fill);
     // Pens are cosmetic: their width is in pixels whatever the scale.
     void SetPen(const QColor& colour, int width);
 
@@ -69,10 +72,12 @@ class PlotCanvas {
 };
 
 // The whole plot: white background, axes, grid with its labels, the curve of each shown part
-// from `curves` until its first empty segment, and the first `markedPoints` rounded points of
-// each part as circles; with more than one part, a legend naming the colours.
+// from `curves` until its first empty segment, the first `markedPoints` rounded points of each
+// part as circles and its `readings` as filled diamonds in its colour; a legend naming the
+// colours when there is more than one part, and the diamonds when there are readings.
 void PaintTransferCurves(QPainter& painter, QSizeF size, const ShownParts& parts, int markedPoints,
-                         const CurveTables& curves, const RoundedImages& rounded);
+                         const CurveTables& curves, const RoundedImages& rounded,
+                         const PartReadings& readings = {});
 
 // The plot picture box of the Linear Graph window and of the point windows. It draws the curves
 // and rounded images it is given (the session's, which it watches).
@@ -101,6 +106,10 @@ class TransferCurvePlot : public QWidget {
     const CurveTables& curves() const { return *m_curves; }
     const RoundedImages& rounded() const { return *m_rounded; }
 
+    // The measured points of each part, drawn over the curves of the parts shown.
+    void setReadings(PartReadings readings);
+    const PartReadings& readings() const { return m_readings; }
+
     // "Angle 123° · Level 45 %VDD" for the point under the mouse pointer; empty when the pointer
     // is not over the plot.
     QString hoverText() const;
@@ -117,6 +126,7 @@ class TransferCurvePlot : public QWidget {
     QSize m_preferredSize{880, 440};
     const CurveTables* m_curves;
     const RoundedImages* m_rounded;
+    PartReadings m_readings;
 };
 
 }  // namespace rk31

@@ -7,11 +7,15 @@
 #include <QPushButton>
 #include <QShowEvent>
 
+#include <QVBoxLayout>
+
+#include "device/DeviceSession.h"
+#include "device/WindowContext.h"
+#include "domain/Curve.h"
 #include "domain/Prompts.h"
 #include "ui/plots/CurveExport.h"
+#include "ui/plots/MeasurePanel.h"
 #include "ui/plots/TransferCurvePlot.h"
-#include "device/DeviceSession.h"
-#include "domain/Curve.h"
 
 namespace rk31 {
 
@@ -44,8 +48,8 @@ QString pointText(const std::array<std::int16_t, 8>& points, int point) {
 
 }  // namespace
 
-frmLinearGraph::frmLinearGraph(DeviceSession& session, Prompts& prompts, QWidget* parent)
-    : QDialog(parent), m_session(session), m_prompts(prompts) {
+frmLinearGraph::frmLinearGraph(const MeasureSeams& seams, QWidget* parent)
+    : QDialog(parent), m_session(seams.ctx.session), m_prompts(seams.ctx.prompts) {
     setObjectName(QStringLiteral("frmLinearGraph"));
     setWindowTitle(QStringLiteral("Linear Graph"));
 
@@ -82,7 +86,7 @@ frmLinearGraph::frmLinearGraph(DeviceSession& session, Prompts& prompts, QWidget
     values->setRowStretch(kRows + 1, 1);
     values->setVerticalSpacing(10);
 
-    m_plot = new TransferCurvePlot(session.CurveTable, session.rounded, this);
+    m_plot = new TransferCurvePlot(m_session.CurveTable, m_session.rounded, this);
     m_plot->setObjectName(QStringLiteral("Picture1"));
     m_plot->setMarkedPoints(4);
     m_plot->setAccessibleName(windowTitle());
@@ -96,10 +100,15 @@ frmLinearGraph::frmLinearGraph(DeviceSession& session, Prompts& prompts, QWidget
             [this] { ExportCurveCommand(*m_plot, m_lastExport, m_prompts); });
     values->addWidget(exportButton, kRows + 2, 0, 1, 3, Qt::AlignLeft);
 
+    m_measure = new MeasurePanel(seams, *m_plot, this);
+    auto* picture = new QVBoxLayout;
+    picture->addWidget(m_plot, 1);
+    picture->addWidget(m_measure);
+
     auto* layout = new QHBoxLayout(this);
     layout->addLayout(values);
     layout->addSpacing(8);
-    layout->addWidget(m_plot, 1);
+    layout->addLayout(picture, 1);
 }
 
 void frmLinearGraph::Init(std::int16_t part, std::int16_t count, std::int16_t part2,
@@ -142,6 +151,7 @@ void frmLinearGraph::Load() {
         ShowMessages(m_prompts, CalLinearGraph(m_firstPart, m_firstCount, 0, 0, m_session.rounded,
                                                m_session.CurveTable));
     }
+    m_measure->refresh();
     m_plot->update();
 }
 

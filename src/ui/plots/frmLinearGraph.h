@@ -10,17 +10,20 @@ class QLineEdit;
 namespace rk31 {
 
 class DeviceSession;
+class MeasurePanel;
 class Prompts;
-
 class TransferCurvePlot;
+struct MeasureSeams;
 
-// The Linear Graph window: the rounded values of one part or both, and the transfer curve that
-// they describe. It is created, initialised and shown modally per use; showing it computes the
-// curves from the rounded images that the solver has just written, so it never shows stale ones.
+// The Linear Graph window: the rounded values of one part or both, the transfer curve that
+// they describe, and the chip measured against it. It is created, initialised and shown modally
+// per use; showing it computes the curves from the rounded images that the solver has just
+// written, so it never shows stale ones, and its measurements go with it.
 class frmLinearGraph : public QDialog {
     Q_OBJECT
   public:
-    frmLinearGraph(DeviceSession& session, Prompts& prompts, QWidget* parent = nullptr);
+    // Measures through the window that opens it.
+    explicit frmLinearGraph(const MeasureSeams& seams, QWidget* parent = nullptr);
 
     // count2 = 0 and part2 = 0: `part` alone; otherwise Part#1 with `count` points and Part#2
     // with `count2`. Only the low four bits of a count are used.
@@ -49,6 +52,7 @@ class frmLinearGraph : public QDialog {
     std::array<std::array<QLineEdit*, 2>, kRows> m_boxes{};
     QLabel* m_part2Head = nullptr;
     TransferCurvePlot* m_plot = nullptr;
+    MeasurePanel* m_measure = nullptr;
     QString m_lastExport;
 };
 

@@ -14,6 +14,7 @@
 #include "procedures/shared/Connection.h"
 #include "procedures/shared/SettingsCommands.h"
 #include "ui/plots/CurveExport.h"
+#include "ui/plots/MeasurePanel.h"
 #include "ui/plots/TransferCurvePlot.h"
 #include "device/FieldValidation.h"
 #include "ui/windows/SensorSketch.h"
@@ -263,14 +264,24 @@ void PointProgrammingWindow::buildUi() {
     left->addWidget(both ? buildDualFrame() : buildOnePartFrame());
     left->addWidget(m_sketch, 1);
     body->addLayout(left);
-    body->addWidget(m_plot, 1);
+    m_measure = new MeasurePanel(measureSeams(), *m_plot, this);
+    auto* picture = new QVBoxLayout;
+    picture->addWidget(m_plot, 1);
+    picture->addWidget(m_measure);
+    body->addLayout(picture, 1);
     layout->addLayout(body, 1);
     layout->addWidget(noticeBar());
     finishUi();
 }
 
 void PointProgrammingWindow::setPointB() {
-    if (!SetPointBCommand(context(), m_traits)) {
+    const CurveTables before = context().session.CurveTable;
+    const bool programmed = SetPointBCommand(context(), m_traits);
+    // A new curve, whatever the programming reported: what was measured belongs to the old one.
+    if (context().session.CurveTable != before) {
+        m_measure->clear();
+    }
+    if (!programmed) {
         return;
     }
     noteProgrammed(m_traits.bothParts ? tr("Part#1 and Part#2")
@@ -280,6 +291,9 @@ void PointProgrammingWindow::setPointB() {
 void PointProgrammingWindow::refreshPictures() {
     if (m_plot) {
         m_plot->update();
+    }
+    if (m_measure) {
+        m_measure->refresh();
     }
     if (m_sketch) {
         m_sketch->refresh();

@@ -9,6 +9,7 @@ class QLayout;
 
 namespace rk31 {
 
+class MeasurePanel;
 class SensorSketch;
 class TransferCurvePlot;
 
@@ -46,6 +47,7 @@ class PointProgrammingWindow : public MainWindowBase {
 
     const PointWindowTraits m_traits;
     TransferCurvePlot* m_plot = nullptr;
+    MeasurePanel* m_measure = nullptr;
     SensorSketch* m_sketch = nullptr;
     QString m_lastExport;
 };

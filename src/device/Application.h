@@ -50,6 +50,8 @@ class Application {
     Prompts& prompts() { return m_prompts; }
     Pause& pause() { return m_pause; }
     const StartSettings& settings() const { return m_settings; }
+    // Whether a driver serves the device at all.
+    bool hasDriver() const { return m_driver != nullptr; }
     // The ports the port dialog probes: the driver's, or none.
     PortProber& ports();
     // The driver's window of its own, or nullptr. Only programs with windows ask for it.

@@ -390,6 +390,10 @@ LoadedLines LoadLines(const QString& path) {
     if (!info.exists()) {
         return {{}, FileNotFoundError};
     }
+    // A folder is a file that cannot be read, as it always was.
+    if (info.isDir()) {
+        return {{}, FileAccessError};
+    }
     // A FIFO would wait for a writer for ever and a device may never end.
     if (!info.isFile()) {
         return {{}, NotAFileError};

@@ -30,7 +30,7 @@ out=$(RK31_DRIVER_PATH="$work/drivers" "$prog" program "$work/part1.txt" --port 
 code=$?
 set -e
 [ "$code" = 2 ] || fail "the example driver's failure should exit 2, not $code"
-grep -qx "example driver: no box on COM4" <<<"$out" || fail "the example driver was not used"
+grep -q " COM4 .* Part#1 FAIL connect: example driver: no box on COM4" <<<"$out" || fail "the example driver was not used"
 grep -q "^rk31: driver .*olddriver.*: has the wrong interface version" <<<"$out" ||
     fail "the old driver is not reported"
 grep -q "^rk31: driver .*emptydriver.*: provides nothing" <<<"$out" ||
@@ -50,7 +50,7 @@ out=$("$prog" program "$work/part1.txt" --port 1 -q 2>&1)
 code=$?
 set -e
 [ "$code" = 2 ] || fail "no driver should exit 2, not $code"
-grep -q "^No device driver provides QZ7734Module.QZ7734Device! Searched: " <<<"$out" ||
+grep -q "Part#1 FAIL connect: No device driver provides QZ7734Module.QZ7734Device! Searched: " <<<"$out" ||
     fail "no driver is not said"
 # The window program starts without any driver as well (and runs until it is stopped).
 set +e

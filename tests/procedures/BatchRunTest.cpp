@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <functional>
+#include <sys/stat.h>
 
 #include "BatchFiles.h"
 #include "device/Application.h"
@@ -229,6 +230,8 @@ TEST_F(Batch, WhatIsRefusedBeforeTheFirstDeviceCall) {
     hugeNumber[5] = QString(60000, u'9');  // angle of point A
     const QString folder = dir.filePath("folder.txt");
     ASSERT_TRUE(QDir().mkdir(folder));
+    const QString fifo = dir.filePath("fifo.txt");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
     const QString missing = dir.filePath("none.txt");
     const QString huge = file("huge.txt", QString(70000, u'x'));
     const QString kIntegrity = "Error with number:%1 occurs! Please check the integrity of profile file!";
@@ -240,7 +243,9 @@ TEST_F(Batch, WhatIsRefusedBeforeTheFirstDeviceCall) {
         QString cause;
     } cases[] = {
         {"missing", missing, {}, "The selected file cannot be found!"},
-        {"a folder", folder, {}, "The selected file is not a regular file and cannot be a settings file!"},
+        {"a folder", folder, {}, kIntegrity.arg(75)},
+        {"a FIFO", fifo, {}, "The selected file is not a regular file and cannot be a settings file!"},
+        {"a device that never ends", "/dev/zero", {}, "The selected file is not a regular file and cannot be a settings file!"},
         {"huge", huge, {}, "The selected file is too large to be a settings file!"},
         {"41 lines", file("short.txt", shortLines.join("\r\n") + "\r\n"), {}, kIntegrity.arg(62)},
         {"a list index that is no number", file("bad.txt", test::TwoPartFile(test::kGoodPart, badList)), {},

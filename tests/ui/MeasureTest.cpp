@@ -126,9 +126,9 @@ class MeasureTest : public QObject {
         QTest::addColumn<QString>("result");
         // clang-format off
         QTest::newRow("as programmed") << "80" << 30
-            << "Part#1, 12 points: largest deviation 0.00 %VDD at 0.00 deg (within tolerance)";
+            << "Part#1, 12 points: largest deviation 0.01 %VDD at 0.00 deg (within tolerance)";
         QTest::newRow("another level B drawn") << "60" << 10
-            << "Part#1, 36 points: largest deviation 22.00 %VDD at 210.00 deg (outside the tolerance)";
+            << "Part#1, 36 points: largest deviation 22.01 %VDD at 220.00 deg (outside the tolerance)";
         // clang-format on
     }
     void linearGraphMeasuresTheProgrammedChip() {

@@ -394,6 +394,15 @@ bool BatchRunner::connect(ChipResult& chip) {
     }
     // The box gives one answer for a port held elsewhere and a port with nothing behind it;
     // the port itself can tell them apart.
+    const QStringList shown = since(mark);
+    // Without a driver there is no port to ask; the message says why.
+    if (!m_app.hasDriver()) {
+        for (PartVerdict& verdict : chip.parts) {
+            verdict.stage = Stage::Connect;
+            verdict.cause = shown.value(0, QStringLiteral("no device driver"));
+        }
+        return false;
+    }
     QString otherwise = QStringLiteral("no programmer answers on ") + portName(m_options.port);
     PortProber& ports = m_app.ports();
     if (!ports.isOpenHere(m_options.port)) {
@@ -406,7 +415,6 @@ bool BatchRunner::connect(ChipResult& chip) {
             otherwise = portName(m_options.port) + QStringLiteral(" cannot be opened");
         }
     }
-    const QStringList shown = since(mark);
     for (PartVerdict& verdict : chip.parts) {
         verdict.stage = Stage::Connect;
         verdict.cause =

@@ -39,6 +39,7 @@ MeasurePanel::MeasurePanel(MeasureSeams seams, TransferCurvePlot& plot, QWidget*
         m_step->setRange(kSweepStepMin, kSweepStepMax);
         m_step->setValue(kSweepStepDefault);
         m_step->setToolTip(tr("How far the fixture turns the magnet between readings"));
+        m_step->setAccessibleName(tr("Step (deg)"));
         auto* label = new QLabel(tr("S&tep (deg):"), this);
         label->setBuddy(m_step);
         row->addWidget(label);

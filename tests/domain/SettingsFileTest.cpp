@@ -179,3 +179,27 @@ TEST(SettingsFileIO, SaveAndOpenCommands) {
     prompts.fileNames = {base + ".txt"};
     EXPECT_EQ(OpenSettingsFile(lastName, prompts), QStringList{"first"});
 }
+
+// Whatever stands at the chosen name is asked about before it is replaced; answered No, it stays.
+TEST(SettingsFileIO, SaveAsksWhateverStandsThere) {
+    QTemporaryDir dir;
+    const QString unreadable = dir.filePath("locked.txt");
+    QFile locked(unreadable);
+    ASSERT_TRUE(locked.open(QIODevice::WriteOnly) && locked.write("old") == 3);
+    locked.close();
+    locked.setPermissions(QFileDevice::WriteOwner);
+    const QString dangling = dir.filePath("link.txt");
+    ASSERT_TRUE(QFile::link(dir.filePath("elsewhere/gone.txt"), dangling));
+    for (const QString& path : {unreadable, dangling}) {
+        test::ScriptedPrompts prompts;
+        prompts.fileNames = {path};
+        QString lastName;
+        EXPECT_FALSE(SaveSettingsFile({"new"}, lastName, prompts)) << qPrintable(path);
+        EXPECT_EQ(prompts.questions, QStringList{OverwriteQuestion}) << qPrintable(path);
+    }
+    EXPECT_FALSE(QFileInfo::exists(dir.filePath("elsewhere/gone.txt")));
+    EXPECT_TRUE(QFileInfo(dangling).isSymLink());
+    locked.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    ASSERT_TRUE(locked.open(QIODevice::ReadOnly));
+    EXPECT_EQ(locked.readAll(), "old");
+}

@@ -1,6 +1,8 @@
 // rk31prog runs the windows' own procedures: for the same settings file its device log is the
 // window's, call for call, with the same arguments and out-values.
 #include <QAbstractButton>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -115,6 +117,72 @@ class SameDeviceLog : public QObject {
         QCOMPARE(rk31progCalls({"program", settings, "--port", "1"}, dir.filePath("prog.log"),
                                "latency=0;angle=200"),
                  window);
+    }
+
+    // A line station's worst moments, on the program itself: killed in mid-chip, its output
+    // closed by the reader, its arguments wrong while a script expects JSON.
+    void killsAndClosedOutput() {
+        QTemporaryDir dir;
+        const QString settings = dir.filePath("chip.txt");
+        QFile file(settings);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(TwoPartFile(kGoodPart, kGoodPart).toUtf8());
+        file.close();
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.remove(QStringLiteral("RK31_DEVICE_LOG"));
+        env.remove(QStringLiteral("RK31_DRIVER_PATH"));
+        env.remove(QStringLiteral("RK31_DRIVER"));
+
+        // Killed at three moments of a run without end: the record holds whole lines only.
+        const QString record = dir.filePath("line.jsonl");
+        env.insert(QStringLiteral("RK31_SIM"), QStringLiteral("latency=1"));
+        for (const int ms : {700, 1100, 1500}) {
+            QProcess process;
+            process.setProcessEnvironment(env);
+            process.start(QStringLiteral(RK31PROG), {"program", settings, "--port", "1", "--verify",
+                                                     "--count", "0", "--record", record, "-q"});
+            QVERIFY(process.waitForStarted());
+            QTest::qWait(ms);
+            process.kill();
+            QVERIFY(process.waitForFinished(10000));
+        }
+        QFile lines(record);
+        QVERIFY(lines.open(QIODevice::ReadOnly));
+        const QByteArray bytes = lines.readAll();
+        QVERIFY2(bytes.count('\n') >= 2, "no chip was recorded before the kills");
+        QVERIFY2(bytes.endsWith('\n'), bytes.right(80).constData());
+        for (const QByteArray& line : bytes.split('\n')) {
+            if (!line.isEmpty()) {
+                QVERIFY2(QJsonDocument::fromJson(line).isObject(), line.constData());
+            }
+        }
+
+        // The reader goes away at once: the chip is finished (locked, powered off, disconnected),
+        // and no other chip is started.
+        env.insert(QStringLiteral("RK31_SIM"), QStringLiteral("latency=0;chips=3"));
+        const QString log = dir.filePath("closed.log");
+        QProcess closed;
+        closed.setProcessEnvironment(env);
+        // The shell's pipe into a reader that reads nothing.
+        closed.start(QStringLiteral("/bin/sh"),
+                     {"-c", "\"$0\" \"$@\" | true", QStringLiteral(RK31PROG),
+                      "program", settings, "--port", "1", "--verify", "--lock", "--count", "3",
+                      "--log", log});
+        QVERIFY(closed.waitForFinished(60000));
+        QCOMPARE(closed.exitStatus(), QProcess::NormalExit);
+        const QStringList calls = loggedCalls(log);
+        QCOMPARE(calls.count("OpenChannel(1) -> failed=0"), 1);
+        QVERIFY(calls.contains("CommLock(1) -> failed=0"));
+        QVERIFY2(calls.last().startsWith("CloseChannel("), qPrintable(calls.last()));
+
+        // Wrong arguments under --json: one JSON document that says why.
+        QProcess wrong;
+        wrong.setProcessEnvironment(env);
+        wrong.start(QStringLiteral(RK31PROG), {"program", settings, "--json"});
+        QVERIFY(wrong.waitForFinished(60000));
+        QCOMPARE(wrong.exitCode(), 1);
+        const QJsonObject said = QJsonDocument::fromJson(wrong.readAllStandardOutput()).object();
+        QCOMPARE(said.value("cause").toString(), QStringLiteral("program needs --port N"));
     }
 
     // The installed program's own answers to a user who asks it how it is used.

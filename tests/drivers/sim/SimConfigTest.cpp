@@ -13,7 +13,8 @@ TEST(SimConfig, ParsesAndWritesEveryKey) {
     const SimConfig every{.angle = 123.5, .rotate = -30, .latencyMs = 7, .vdd = 4.8f, .programmerPort = 5,
                           .locked = kPart1, .noSupply = kPart2, .idError = kBothDies, .eepromFail = kBothDies,
                           .clearFail = 0, .commlockFail = kPart2, .writeBufferCode = 5, .dacStatus = -12,
-                          .versionFail = true, .channelFail = true, .outputOverride = 150.0f};
+                          .versionFail = true, .channelFail = true, .fixture = false, .fixtureFail = true,
+                          .outputOverride = 150.0f, .faultEvery = 5, .chips = 12};
     const SimConfig few{.angle = 40, .latencyMs = 30, .locked = kBothDies, .eepromFail = kPart2,
                         .versionFail = true, .outputOverride = 2.5f};
     // clang-format on
@@ -22,7 +23,8 @@ TEST(SimConfig, ParsesAndWritesEveryKey) {
                   QStringLiteral(" angle = 123.5 ;rotate=-30;latency=7;vdd=4.8;port=5;locked=1;"
                                  "no_supply=2;id_error=both;eeprom_fail=BOTH;clear_fail=0;"
                                  "commlock_fail=2;wbd_code=5;dac_status=-12;version_fail=1;"
-                                 "channel_fail=1;output=150;;"),
+                                 "channel_fail=1;fixture=0;fixture_fail=1;output=150;"
+                                 "fault_every=5;chips=12;;"),
                   &errors),
               every);
     // Written text reads back as the same settings, also over the program's latency of 30 ms;

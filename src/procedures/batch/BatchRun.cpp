@@ -289,8 +289,8 @@ int BatchRunner::production() {
         if (number > 1 && !nextChip()) {
             break;
         }
-        m_chips.push_back(runChip(number));
-        const ChipResult& chip = m_chips.back();
+        const ChipResult chip = runChip(number);
+        count(chip);
         exit = std::max(exit, chip.exit());
         printChip(chip);
         if (m_record.isOpen()) {
@@ -335,6 +335,8 @@ ChipResult BatchRunner::runChip(int number) {
     QElapsedTimer clock;
     clock.start();
     m_traffic->clear();
+    // Each chip's causes are its own messages; those of chips before are already printed.
+    m_prompts.messages.clear();
     m_step = 0;
     for (const int part : m_parts) {
         PartVerdict verdict;
@@ -719,33 +721,34 @@ QJsonObject BatchRunner::chipObject(const ChipResult& chip) const {
     };
 }
 
-int BatchRunner::finish(int exit, QString fileCause) {
-    if (exit == kExitBadInput && m_chips.empty() && fileCause.isEmpty()) {
-        fileCause = QStringLiteral("the settings file was refused");
-    }
-    std::map<QString, int> failedByStage;
-    qint64 milliseconds = 0;
-    int passed = 0;
-    for (const ChipResult& chip : m_chips) {
-        milliseconds += chip.milliseconds;
-        if (chip.passed()) {
-            ++passed;
-        } else {
-            for (const PartVerdict& v : chip.parts) {
-                if (!v.passed()) {
-                    ++failedByStage[StageName(v.stage)];
-                    break;
-                }
+void BatchRunner::count(const ChipResult& chip) {
+    ++m_tally.chips;
+    m_tally.milliseconds += chip.milliseconds;
+    if (chip.passed()) {
+        ++m_tally.passed;
+    } else {
+        for (const PartVerdict& v : chip.parts) {
+            if (!v.passed()) {
+                ++m_tally.failedByStage[StageName(v.stage)];
+                break;
             }
         }
     }
-    const auto chips = static_cast<int>(m_chips.size());
-    const double perChip = chips > 0 ? milliseconds / 1000.0 / chips : 0.0;
     if (m_options.json) {
-        QJsonArray list;
-        for (const ChipResult& chip : m_chips) {
-            list.append(chipObject(chip));
-        }
+        m_chipObjects.append(chipObject(chip));
+    }
+}
+
+int BatchRunner::finish(int exit, QString fileCause) {
+    if (exit == kExitBadInput && m_tally.chips == 0 && fileCause.isEmpty()) {
+        fileCause = QStringLiteral("the settings file was refused");
+    }
+    const std::map<QString, int>& failedByStage = m_tally.failedByStage;
+    const int chips = m_tally.chips;
+    const int passed = m_tally.passed;
+    const double perChip = chips > 0 ? m_tally.milliseconds / 1000.0 / chips : 0.0;
+    if (m_options.json) {
+        const QJsonArray& list = m_chipObjects;
         QJsonObject byStage;
         for (const auto& [stage, count] : failedByStage) {
             byStage.insert(stage, count);
@@ -771,7 +774,7 @@ int BatchRunner::finish(int exit, QString fileCause) {
         m_output.out(QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)));
         return exit;
     }
-    if (exit == kExitBadInput && m_chips.empty()) {
+    if (exit == kExitBadInput && chips == 0) {
         m_output.out(QDateTime::currentDateTime().toString(Qt::ISODate) + u' ' +
                      portName(m_options.port) + u' ' + m_options.settings +
                      QStringLiteral(" FAIL file: ") + fileCause);

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QDateTime>
+#include <QJsonArray>
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -74,8 +76,6 @@ class BatchRunner {
     // Runs the command; the exit code.
     int run();
 
-    const std::vector<ChipResult>& chips() const { return m_chips; }
-
   private:
     // Thrown between two steps when Ctrl-C was pressed.
     struct Interrupted {};
@@ -116,6 +116,7 @@ class BatchRunner {
     void printChip(const ChipResult& chip);
     QString verdictLine(const ChipResult& chip, const PartVerdict& verdict) const;
     QJsonObject chipObject(const ChipResult& chip) const;
+    void count(const ChipResult& chip);
     int finish(int exit, QString fileCause = {});
 
     BatchOptions m_options;
@@ -131,7 +132,15 @@ class BatchRunner {
     RecordFile m_record;
     QString m_sha256;
     std::vector<int> m_parts;
-    std::vector<ChipResult> m_chips;
+    // What the summary needs of the chips so far; a run may go on all day, so the chips
+    // themselves are kept only for the JSON document that lists them.
+    struct Tally {
+        int chips = 0;
+        int passed = 0;
+        qint64 milliseconds = 0;
+        std::map<QString, int> failedByStage;
+    } m_tally;
+    QJsonArray m_chipObjects;
     QString m_runFailure;  // a log or record that could not be written
     int m_step = 0;
     Stage m_stage = Stage::Connect;

@@ -251,7 +251,7 @@ TEST_F(Batch, WhatIsRefusedBeforeTheFirstDeviceCall) {
         {"a list index that is no number", file("bad.txt", test::TwoPartFile(test::kGoodPart, badList)), {},
          kIntegrity.arg(13)},
         {"the solver refuses Part#2", file("nopoints.txt", test::TwoPartFile(test::kGoodPart, noPoints)), {},
-         "Error Angles of Point A and Point B input"},
+         "Part#2: Error Angles of Point A and Point B input"},
         {"a two-part point file on one part", file("dual.txt", test::DualPointFile()), {"--part", "1"},
          "A two-part point file programs both parts."},
         {"a record file that cannot be appended", good(), {"--record", dir.filePath("no/such/record")},

@@ -93,6 +93,16 @@ void FaultsPanel::addValues(QGridLayout* grid, int& row) {
     whole("latency", "Latency per call", 0, 5000, &SimConfig::latencyMs, QStringLiteral(" ms"));
     whole("wbd_code", "WriteBufferToDevice code", -99, 99, &SimConfig::writeBufferCode);
     whole("dac_status", "DAC calibration status", -32768, 32767, &SimConfig::dacStatus);
+    // The station: which chips the per-part faults hit, and how many chips the feeder holds.
+    whole("fault_every", "Faults hit every n-th chip", 1, 9999, &SimConfig::faultEvery);
+    whole("chips", "Chips in the feeder, 0 endless", 0, 99999, &SimConfig::chips);
+    auto* fixture = new QCheckBox(caption("Magnet fixture", "fixture"), this);
+    fixture->setObjectName(QStringLiteral("fixture"));
+    fixture->setToolTip(
+        QStringLiteral("The station turns the magnet; untick for a bench where a hand does"));
+    grid->addWidget(fixture, row++, 0, 1, 3);
+    connect(fixture, &QCheckBox::toggled, this, [this](bool on) { m_box->config.fixture = on; });
+    m_refreshers.push_back([this, fixture] { CheckQuietly(fixture, m_box->config.fixture); });
 
     auto* vdd = new QDoubleSpinBox(this);
     vdd->setObjectName(QStringLiteral("vdd"));

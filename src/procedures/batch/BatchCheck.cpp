@@ -60,9 +60,14 @@ std::optional<std::vector<int>> BatchRunner::parts() {
 
 bool BatchRunner::solve(const std::vector<int>& parts, CurveTables& curves) {
     const qsizetype mark = m_prompts.messages.size();
+    const QString where = m_prompts.where;
     bool solved = true;
+    m_refusal.clear();
     for (const int part : parts) {
         const auto p = static_cast<std::int16_t>(part);
+        const QString name = QStringLiteral("Part#%1").arg(part + 1);
+        setContext(where + u' ' + name);
+        const qsizetype partMark = m_prompts.messages.size();
         const bool twoPart = m_kind == SettingsKind::TwoPart;
         const bool loaded =
             twoPart ? LoadSolverInputs(*m_ctx, p) : LoadSolverInputsTwoPoints(*m_ctx, p);
@@ -71,11 +76,16 @@ bool BatchRunner::solve(const std::vector<int>& parts, CurveTables& curves) {
                    : 0;
         if (count < 2 || count > 4) {
             solved = false;
-            continue;
+        } else {
+            ShowMessages(m_prompts, CalLinearGraph(p, static_cast<std::int16_t>(count), 0, 0,
+                                                   m_ctx->session.rounded, curves));
         }
-        ShowMessages(m_prompts, CalLinearGraph(p, static_cast<std::int16_t>(count), 0, 0,
-                                               m_ctx->session.rounded, curves));
+        if (m_refusal.isEmpty() && (count < 2 || count > 4 || !since(partMark).isEmpty())) {
+            m_refusal = name + QStringLiteral(": ") +
+                        since(partMark).value(0, QStringLiteral("the solver refused the settings"));
+        }
     }
+    setContext(where);
     return solved && since(mark).isEmpty();
 }
 
@@ -99,7 +109,7 @@ int BatchRunner::check() {
         }
         return exit;
     }
-    const QString cause = m_prompts.messages.value(0);
+    const QString cause = m_refusal.isEmpty() ? m_prompts.messages.value(0) : m_refusal;
     if (m_options.json) {
         m_output.out(QString::fromUtf8(
             QJsonDocument(QJsonObject{{"file", m_options.settings},

@@ -273,10 +273,8 @@ int BatchRunner::production() {
     }
     m_parts = *which;
     CurveTables curves{};
-    const qsizetype mark = m_prompts.messages.size();
     if (!solve(m_parts, curves)) {
-        return finish(kExitBadInput,
-                      since(mark).value(0, QStringLiteral("the solver refused the settings")));
+        return finish(kExitBadInput, m_refusal);
     }
     if (const QString why = openOutputs(); !why.isEmpty()) {
         m_output.error(QStringLiteral("rk31prog: ") + why);
@@ -785,7 +783,8 @@ int BatchRunner::finish(int exit, QString fileCause) {
         for (const auto& [stage, count] : failedByStage) {
             stages << stage + u' ' + QString::number(count);
         }
-        say(QStringLiteral("%1 chips: %2 passed, %3 failed%4; %5 s per chip")
+        // Like the verdicts, the summary is printed under -q too.
+        m_output.out(QStringLiteral("%1 chips: %2 passed, %3 failed%4; %5 s per chip")
                 .arg(chips)
                 .arg(passed)
                 .arg(chips - passed)

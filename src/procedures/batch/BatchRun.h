@@ -142,6 +142,7 @@ class BatchRunner {
     } m_tally;
     QJsonArray m_chipObjects;
     QString m_runFailure;  // a log or record that could not be written
+    QString m_refusal;     // "Part#2: " and the first message of the part the solvers refused
     int m_step = 0;
     Stage m_stage = Stage::Connect;
     bool m_stopping = false;

@@ -59,14 +59,13 @@ PartReadings SweepParts(WindowContext& ctx, const std::vector<std::int16_t>& par
     for (const std::int16_t part : parts) {
         const auto before = ctx.session.ChipState[static_cast<std::size_t>(part)];
         const std::size_t start = progress.done;
-        const auto samples =
-            SampleAtAngles(ctx, part, fixture, angles, [&](std::size_t count) {
-                progress.part = part;
-                progress.done = start + count;
-                progress.angle = angles[count];
-                stopped = next && !next(progress);
-                return !stopped;
-            });
+        const auto samples = SampleAtAngles(ctx, part, fixture, angles, [&](std::size_t count) {
+            progress.part = part;
+            progress.done = start + count;
+            progress.angle = angles[count];
+            stopped = next && !next(progress);
+            return !stopped;
+        });
         returnTo(ctx, part, before);
         for (const OutputSample& sample : samples) {
             readings[static_cast<std::size_t>(part)].push_back(readingOf(sample));

@@ -54,7 +54,8 @@ QStringList MeasuredCsvLines(const std::vector<int>& parts, const PartReadings& 
         for (const AngleReading& r : readings[static_cast<std::size_t>(part)]) {
             lines << QStringLiteral("%1,measured,%2,%3")
                          .arg(part + 1)
-                         .arg(QString::number(r.angle, 'f', 2), QString::number(r.measured, 'f', 2));
+                         .arg(QString::number(r.angle, 'f', 2),
+                              QString::number(r.measured, 'f', 2));
         }
     }
     return lines;

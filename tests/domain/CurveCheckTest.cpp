@@ -13,8 +13,8 @@ namespace {
 // 260, a jump down and 20 %VDD to the seam.
 CurveRows Drawn() {
     CurveRows rows{};
-    const std::int16_t ends[][2] = {{0, 5},     {40, 5},    {40, 5},   {200, 85}, {200, 85},
-                                    {260, 85},  {260, 85},  {260, 20}, {260, 20}, {360, 20}};
+    const std::int16_t ends[][2] = {{0, 5},    {40, 5},   {40, 5},   {200, 85}, {200, 85},
+                                    {260, 85}, {260, 85}, {260, 20}, {260, 20}, {360, 20}};
     for (std::size_t i = 0; i < std::size(ends); ++i) {
         rows[i] = {ends[i][0], ends[i][1]};
     }
@@ -32,8 +32,18 @@ TEST(CurveLevelAt, AlongEverySegmentAndNowhereElse) {
         double angle;
         std::optional<double> level;
     } cases[] = {
-        {0, 5},    {2, 5},     {40, 5},    {41, 5.5},  {120, 45},         {199.5, 84.75},
-        {230, 85}, {259.9, 85}, {300, 20}, {360, 20},  {360.5, std::nullopt}, {-1, std::nullopt},
+        {0, 5},
+        {2, 5},
+        {40, 5},
+        {41, 5.5},
+        {120, 45},
+        {199.5, 84.75},
+        {230, 85},
+        {259.9, 85},
+        {300, 20},
+        {360, 20},
+        {360.5, std::nullopt},
+        {-1, std::nullopt},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(CurveLevelAt(rows, c.angle), c.level) << c.angle;
@@ -55,7 +65,8 @@ TEST(CompareWithCurve, ToleranceSeamJumpAndBlankChip) {
         {"clamp low: a blank chip would pass", 20, 5, 5, kFlatTolerance, true, true},
         {"clamp high", 230, 84.6, 85, kFlatTolerance, true, false},
         // 20 at 360 and 5 at 0: the seam is a jump too, and either end passes beside it.
-        {"just under the seam reads the curve's 360", 359.8, 20, 20, kFlatTolerance + 15, true, true},
+        {"just under the seam reads the curve's 360", 359.8, 20, 20, kFlatTolerance + 15, true,
+         true},
         {"just over it reads the curve's 0", 0.2, 5.3, 5, kFlatTolerance + 15, true, true},
         {"beside the jump either end passes", 259.8, 20, 85, kFlatTolerance + 65, true, false},
         {"an output out of the measurable range", 230, -0.1, 85, kFlatTolerance, false, false},
@@ -74,8 +85,7 @@ TEST(CompareWithCurve, ToleranceSeamJumpAndBlankChip) {
 }
 
 TEST(ProvingAngles, PointsBothSidesOfDpAndSegmentMiddles) {
-    EXPECT_EQ(ProvingAngles(Drawn()),
-              (std::vector<double>{20, 40, 120, 200, 230, 257, 263, 310}));
+    EXPECT_EQ(ProvingAngles(Drawn()), (std::vector<double>{20, 40, 120, 200, 230, 257, 263, 310}));
     EXPECT_TRUE(ProvingAngles(CurveRows{}).empty());
     // One flat segment is still proven at eight angles round the turn.
     CurveRows flat{};

@@ -22,9 +22,14 @@ TEST(SweepAngles, StepsThroughOneTurnFromZero) {
         std::size_t count;
         double last;
     } cases[] = {
-        {10, 36, 350}, {1, 360, 359}, {30, 12, 330}, {7, 52, 357},
+        {10, 36, 350},
+        {1, 360, 359},
+        {30, 12, 330},
+        {7, 52, 357},
         // Held to 1..30.
-        {0, 360, 359}, {-5, 360, 359}, {45, 12, 330},
+        {0, 360, 359},
+        {-5, 360, 359},
+        {45, 12, 330},
     };
     for (const auto& c : cases) {
         const auto angles = SweepAngles(c.step);
@@ -53,7 +58,10 @@ TEST(MeasurementSummary, LargestDeviationPerPartInTheOrderShown) {
          {0},
          {{{near, below}, {}}},
          "Part#1, 2 points: largest deviation 3.00 %VDD at 200.00 deg (outside the tolerance)"},
-        {"no curve drawn", {0, 1}, {{{}, {noCurve}}}, "Part#2, 1 point: none where the curve is drawn"},
+        {"no curve drawn",
+         {0, 1},
+         {{{}, {noCurve}}},
+         "Part#2, 1 point: none where the curve is drawn"},
         {"both parts, Part#2 shown first",
          {1, 0},
          {{{near}, {noCurve}}},
@@ -69,8 +77,8 @@ TEST(MeasurementSummary, LargestDeviationPerPartInTheOrderShown) {
 TEST(MeasuredCsvLines, OneRowPerReadingOfThePartsShown) {
     const PartReadings readings{{{{100, 50.3f}, {200.126, 47}}, {{10, 5}}}};
     EXPECT_EQ(MeasuredCsvLines({1, 0}, readings),
-              QStringList({"2,measured,10.00,5.00", "1,measured,100.00,50.30",
-                           "1,measured,200.13,47.00"}));
+              QStringList(
+                  {"2,measured,10.00,5.00", "1,measured,100.00,50.30", "1,measured,200.13,47.00"}));
     EXPECT_EQ(MeasuredCsvLines({1, -1}, readings), QStringList({"2,measured,10.00,5.00"}));
     EXPECT_TRUE(MeasuredCsvLines({0, 1}, {}).isEmpty());
 }

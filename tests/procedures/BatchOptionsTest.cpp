@@ -55,8 +55,8 @@ TEST(BatchOptions, AcceptedCommandLines) {
     EXPECT_EQ(o.log, QStringLiteral("dev.log"));
     EXPECT_EQ(o.count, 1);
 
-    const auto line = ParseBatchArguments({"verify", "chip.txt", "--port", "2", "--strict",
-                                           "--count", "0", "--record", "r.jsonl"});
+    const auto line = ParseBatchArguments(
+        {"verify", "chip.txt", "--port", "2", "--strict", "--count", "0", "--record", "r.jsonl"});
     ASSERT_TRUE(line.options) << qPrintable(line.error);
     EXPECT_EQ(line.options->command, BatchCommand::Verify);
     EXPECT_TRUE(line.options->verify && line.options->strict);

@@ -2,6 +2,7 @@
 // codes a line script can trust, the device calls they lead to, records and chip after chip.
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -10,7 +11,6 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <functional>
-#include <sys/stat.h>
 
 #include "BatchFiles.h"
 #include "device/Application.h"
@@ -116,9 +116,7 @@ class Batch : public ::testing::Test {
         test::WriteFile(path, text);
         return path;
     }
-    QString good() {
-        return file("good.txt", test::TwoPartFile(test::kGoodPart, test::kGoodPart));
-    }
+    QString good() { return file("good.txt", test::TwoPartFile(test::kGoodPart, test::kGoodPart)); }
     QTemporaryDir dir;
 };
 
@@ -234,7 +232,8 @@ TEST_F(Batch, WhatIsRefusedBeforeTheFirstDeviceCall) {
     ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
     const QString missing = dir.filePath("none.txt");
     const QString huge = file("huge.txt", QString(70000, u'x'));
-    const QString kIntegrity = "Error with number:%1 occurs! Please check the integrity of profile file!";
+    const QString kIntegrity =
+        "Error with number:%1 occurs! Please check the integrity of profile file!";
 
     const struct {
         const char* name;
@@ -244,20 +243,38 @@ TEST_F(Batch, WhatIsRefusedBeforeTheFirstDeviceCall) {
     } cases[] = {
         {"missing", missing, {}, "The selected file cannot be found!"},
         {"a folder", folder, {}, kIntegrity.arg(75)},
-        {"a FIFO", fifo, {}, "The selected file is not a regular file and cannot be a settings file!"},
-        {"a device that never ends", "/dev/zero", {}, "The selected file is not a regular file and cannot be a settings file!"},
+        {"a FIFO",
+         fifo,
+         {},
+         "The selected file is not a regular file and cannot be a settings file!"},
+        {"a device that never ends",
+         "/dev/zero",
+         {},
+         "The selected file is not a regular file and cannot be a settings file!"},
         {"huge", huge, {}, "The selected file is too large to be a settings file!"},
         {"41 lines", file("short.txt", shortLines.join("\r\n") + "\r\n"), {}, kIntegrity.arg(62)},
-        {"a list index that is no number", file("bad.txt", test::TwoPartFile(test::kGoodPart, badList)), {},
+        {"a list index that is no number",
+         file("bad.txt", test::TwoPartFile(test::kGoodPart, badList)),
+         {},
          kIntegrity.arg(13)},
-        {"the solver refuses Part#2", file("nopoints.txt", test::TwoPartFile(test::kGoodPart, noPoints)), {},
+        {"the solver refuses Part#2",
+         file("nopoints.txt", test::TwoPartFile(test::kGoodPart, noPoints)),
+         {},
          "Part#2: Error Angles of Point A and Point B input"},
-        {"a two-part point file on one part", file("dual.txt", test::DualPointFile()), {"--part", "1"},
+        {"a two-part point file on one part",
+         file("dual.txt", test::DualPointFile()),
+         {"--part", "1"},
          "A two-part point file programs both parts."},
-        {"a record file that cannot be appended", good(), {"--record", dir.filePath("no/such/record")},
-         "cannot append to the record file " + dir.filePath("no/such/record") + ": No such file or directory"},
-        {"a log that cannot be appended", good(), {"--log", dir.filePath("no/such/log")},
-         "cannot append to the device log " + dir.filePath("no/such/log") + ": No such file or directory"},
+        {"a record file that cannot be appended",
+         good(),
+         {"--record", dir.filePath("no/such/record")},
+         "cannot append to the record file " + dir.filePath("no/such/record") +
+             ": No such file or directory"},
+        {"a log that cannot be appended",
+         good(),
+         {"--log", dir.filePath("no/such/log")},
+         "cannot append to the device log " + dir.filePath("no/such/log") +
+             ": No such file or directory"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -274,7 +291,8 @@ TEST_F(Batch, WhatIsRefusedBeforeTheFirstDeviceCall) {
     EXPECT_EQ(run.exit, kExitBadInput);
     ASSERT_FALSE(run.err.isEmpty());
     EXPECT_LT(run.err.front().size(), 200);
-    EXPECT_TRUE(run.err.front().endsWith(QString(u'\u2026') + " !!!")) << qPrintable(run.err.front());
+    EXPECT_TRUE(run.err.front().endsWith(QString(u'\u2026') + " !!!"))
+        << qPrintable(run.err.front());
 }
 
 TEST_F(Batch, JsonIsOneDocumentWithEveryChipPartAndAngle) {
@@ -296,9 +314,9 @@ TEST_F(Batch, JsonIsOneDocumentWithEveryChipPartAndAngle) {
     EXPECT_EQ(second.value("stage").toString(), "program");
     EXPECT_EQ(second.value("cause").toString(), "Failed in programming device");
     EXPECT_TRUE(second.value("verify").toArray().isEmpty());
-    EXPECT_EQ(document.value("summary").toObject().value("failed_by_stage").toObject().value(
-                  "program"),
-              1);
+    EXPECT_EQ(
+        document.value("summary").toObject().value("failed_by_stage").toObject().value("program"),
+        1);
 }
 
 TEST_F(Batch, ChipAfterChipWithRecordsAndReport) {
@@ -346,8 +364,8 @@ TEST_F(Batch, TheOperatorFeedsChipsWhenTheStationCannot) {
     Seams seams;
     seams.handFed = true;
     seams.nextChip = [&asked] { return ++asked < 2; };  // one Enter, then the end of input
-    const Outcome run =
-        runBatch({"program", good(), "--port", "1", "--part", "1", "--count", "5", "-q"}, {}, seams);
+    const Outcome run = runBatch(
+        {"program", good(), "--port", "1", "--part", "1", "--count", "5", "-q"}, {}, seams);
     EXPECT_EQ(run.exit, kExitOk);
     EXPECT_EQ(asked, 2);
     EXPECT_EQ(verdicts(run).size(), 2);
@@ -367,8 +385,10 @@ TEST_F(Batch, CtrlCFinishesTheChipSafelyAndSaysInterrupted) {
     EXPECT_EQ(run.exit, kExitInterrupted);
     const QStringList lines = verdicts(run);
     ASSERT_EQ(lines.size(), 2);
-    EXPECT_TRUE(lines[0].endsWith("Part#1 FAIL verify: interrupted by Ctrl-C")) << qPrintable(lines[0]);
-    EXPECT_TRUE(lines[1].endsWith("Part#2 FAIL power: interrupted by Ctrl-C")) << qPrintable(lines[1]);
+    EXPECT_TRUE(lines[0].endsWith("Part#1 FAIL verify: interrupted by Ctrl-C"))
+        << qPrintable(lines[0]);
+    EXPECT_TRUE(lines[1].endsWith("Part#2 FAIL power: interrupted by Ctrl-C"))
+        << qPrintable(lines[1]);
     // Programmed, then straight to power off and disconnect: no verify, no lock, no Part#2.
     const QStringList after = run.trace.mid(run.trace.lastIndexOf("ProgramEEPROM(0)"));
     EXPECT_TRUE(after.contains("PowerOffChip(0)"));
@@ -400,8 +420,7 @@ TEST_F(Batch, AChipProgrammedWithAnotherFileFailsVerify) {
     const Outcome first =
         runOn(programmer, {"program", otherFile, "--port", "1", "--part", "1", "-q"});
     ASSERT_EQ(first.exit, kExitOk) << qPrintable(first.err.join('\n'));
-    const Outcome run =
-        runOn(programmer, {"verify", good(), "--port", "1", "--part", "1", "-q"});
+    const Outcome run = runOn(programmer, {"verify", good(), "--port", "1", "--part", "1", "-q"});
     EXPECT_EQ(run.exit, kExitVerifyFailed);
     ASSERT_FALSE(verdicts(run).isEmpty());
     EXPECT_TRUE(verdicts(run).front().contains("Part#1 FAIL verify: output off the curve at "))
@@ -412,8 +431,9 @@ TEST_F(Batch, ALogThatCannotBeWrittenFailsTheRun) {
     const Outcome run =
         runBatch({"program", good(), "--port", "1", "--part", "1", "--log", "/dev/full", "-q"});
     EXPECT_EQ(run.exit, kExitDevice);
-    EXPECT_TRUE(run.err.contains("rk31prog: cannot write the device log /dev/full: No space left "
-                                 "on device"))
+    EXPECT_TRUE(
+        run.err.contains("rk31prog: cannot write the device log /dev/full: No space left "
+                         "on device"))
         << qPrintable(run.err.join('\n'));
 }
 

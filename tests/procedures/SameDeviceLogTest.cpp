@@ -165,9 +165,8 @@ class SameDeviceLog : public QObject {
         closed.setProcessEnvironment(env);
         // The shell's pipe into a reader that reads nothing.
         closed.start(QStringLiteral("/bin/sh"),
-                     {"-c", "\"$0\" \"$@\" | true", QStringLiteral(RK31PROG),
-                      "program", settings, "--port", "1", "--verify", "--lock", "--count", "3",
-                      "--log", log});
+                     {"-c", "\"$0\" \"$@\" | true", QStringLiteral(RK31PROG), "program", settings,
+                      "--port", "1", "--verify", "--lock", "--count", "3", "--log", log});
         QVERIFY(closed.waitForFinished(60000));
         QCOMPARE(closed.exitStatus(), QProcess::NormalExit);
         const QStringList calls = loggedCalls(log);

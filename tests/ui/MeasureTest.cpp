@@ -24,7 +24,8 @@ namespace {
 QStringList readings(int part, int count, const QString& before) {
     QStringList calls;
     if (before == "off") {
-        calls << "PowerOnChip(#)" << "EnterOWIMode(#)";
+        calls << "PowerOnChip(#)"
+              << "EnterOWIMode(#)";
     } else if (before == "ADC") {
         calls << "EnterOWIMode(#)";
     }
@@ -32,10 +33,15 @@ QStringList readings(int part, int count, const QString& before) {
         if (i > 0) {
             calls << "EnterOWIMode(#)";
         }
-        calls << "ReadAngle(#)" << "ExitOWIMode(#)" << "EnterADCMode(#)" << "MeasureOutput(#, 1)";
+        calls << "ReadAngle(#)"
+              << "ExitOWIMode(#)"
+              << "EnterADCMode(#)"
+              << "MeasureOutput(#, 1)";
     }
     if (before == "off") {
-        calls << "PowerOffChip(#)" << "EnterADCMode(#)" << "SelectOutputChannel(#)";
+        calls << "PowerOffChip(#)"
+              << "EnterADCMode(#)"
+              << "SelectOutputChannel(#)";
     } else if (before == "OWI") {
         calls << "EnterOWIMode(#)";
     }
@@ -78,10 +84,13 @@ class MeasureTest : public QObject {
         bench = std::make_unique<Bench>(sim::ParseSimConfig(sim, nullptr));
         auto window = openConnected<MainForm2Parts2Src>(*bench, true);
         QWidget* w = window.get();
-        for (const auto& [name, index, text] :
-             {std::tuple{"Angle", 0, "100"}, {"Level", 0, "20"}, {"Angle", 1, "200"},
-              {"Level", 1, "80"}, {"clamplow", 0, "10"}, {"clamphigh", 0, "90"},
-              {"DP", 0, "300"}}) {
+        for (const auto& [name, index, text] : {std::tuple{"Angle", 0, "100"},
+                                                {"Level", 0, "20"},
+                                                {"Angle", 1, "200"},
+                                                {"Level", 1, "80"},
+                                                {"clamplow", 0, "10"},
+                                                {"clamphigh", 0, "90"},
+                                                {"DP", 0, "300"}}) {
             typeInto(w, name, index, text);
         }
         click(w, "btnconfigsolver", 0);
@@ -108,9 +117,9 @@ class MeasureTest : public QObject {
             seen.readings = plot->readings();
             seen.picture = plot->grab().toImage();
             for (const AngleReading& r : seen.readings[0]) {
-                seen.pixels.push_back(PlotCanvas::PlotTransform(plot->size())
-                                          .map(QPointF(r.angle, r.measured)) *
-                                      plot->devicePixelRatioF());
+                seen.pixels.push_back(
+                    PlotCanvas::PlotTransform(plot->size()).map(QPointF(r.angle, r.measured)) *
+                    plot->devicePixelRatioF());
             }
         });
         click(w, "lineargraph", 0);

@@ -12,23 +12,23 @@
 
 #include "device/ChipStateMachine.h"
 #include "device/ConfigSolvers.h"
+#include "device/DeviceSession.h"
+#include "device/FieldValidation.h"
 #include "device/SolverInputs.h"
 #include "device/UpdateControl.h"
 #include "procedures/twopart/SessionCommands.h"
-#include "ui/dialogs/RealTimeDisplayBar.h"
-#include "ui/plots/frmLinearGraph.h"
-#include "ui/dialogs/frmComport.h"
-#include "ui/windows/MainForm2Parts.h"
-#include "device/FieldValidation.h"
-#include "ui/windows/PointWindows.h"
-#include "ui/dialogs/frmadvanced.h"
 #include "rk31/DeviceError.h"
-#include "device/DeviceSession.h"
-#include "ui/dialogs/About.h"
-#include "ui/dialogs/confirm.h"
-#include "ui/dialogs/waitform.h"
 #include "sim/SimulatedBox.h"
 #include "sim/bench/ProgrammerBench.h"
+#include "ui/dialogs/About.h"
+#include "ui/dialogs/RealTimeDisplayBar.h"
+#include "ui/dialogs/confirm.h"
+#include "ui/dialogs/frmComport.h"
+#include "ui/dialogs/frmadvanced.h"
+#include "ui/dialogs/waitform.h"
+#include "ui/plots/frmLinearGraph.h"
+#include "ui/windows/MainForm2Parts.h"
+#include "ui/windows/PointWindows.h"
 
 namespace rk31::screenshot {
 
@@ -164,8 +164,8 @@ std::unique_ptr<QWidget> measuredLinearGraph(SceneContext& context, Measured mea
 
 std::unique_ptr<QWidget> realTimeDisplay(SceneContext& context) {
     connectWithPartInOwiMode(context, 0);
-    auto display = std::make_unique<RealTimeDisplayBar>(context.app.session(), context.prompts,
-                                                        context.pause);
+    auto display =
+        std::make_unique<RealTimeDisplayBar>(context.app.session(), context.prompts, context.pause);
     display->Init(0, 2);
     display->show();
     display->timer().stop();

@@ -784,7 +784,8 @@ int BatchRunner::finish(int exit, QString fileCause) {
             stages << stage + u' ' + QString::number(count);
         }
         // Like the verdicts, the summary is printed under -q too.
-        m_output.out(QStringLiteral("%1 chips: %2 passed, %3 failed%4; %5 s per chip")
+        m_output.out(
+            QStringLiteral("%1 chips: %2 passed, %3 failed%4; %5 s per chip")
                 .arg(chips)
                 .arg(passed)
                 .arg(chips - passed)

@@ -293,7 +293,8 @@ void MainWindowBase::showAbout(const QString& hardwareVersion) {
 }
 
 MeasureSeams MainWindowBase::measureSeams() {
-    return {*m_ctx, m_app.fixture(), [this](const std::function<void()>& handler) { run(handler); }};
+    return {*m_ctx, m_app.fixture(),
+            [this](const std::function<void()>& handler) { run(handler); }};
 }
 
 void MainWindowBase::showLinearGraph(std::int16_t part, std::int16_t count, std::int16_t part2,

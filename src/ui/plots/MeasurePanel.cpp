@@ -91,13 +91,14 @@ void MeasurePanel::sweep() {
     progress.setWindowModality(Qt::WindowModal);
     progress.setMinimumDuration(0);
     progress.setAutoReset(false);
-    const PartReadings taken = SweepParts(
-        m_seams.ctx, parts, *m_seams.fixture, m_step->value(), [&progress](const SweepProgress& at) {
-            progress.setMaximum(static_cast<int>(at.total));
-            progress.setLabelText(MeasuringAtText(at.part, at.angle));
-            progress.setValue(static_cast<int>(at.done));
-            return !progress.wasCanceled();
-        });
+    const PartReadings taken =
+        SweepParts(m_seams.ctx, parts, *m_seams.fixture, m_step->value(),
+                   [&progress](const SweepProgress& at) {
+                       progress.setMaximum(static_cast<int>(at.total));
+                       progress.setLabelText(MeasuringAtText(at.part, at.angle));
+                       progress.setValue(static_cast<int>(at.done));
+                       return !progress.wasCanceled();
+                   });
     progress.reset();
     show(taken, true);
 }

@@ -35,7 +35,6 @@ double snap(double coordinate, int penWidth) {
     return penWidth % 2 == 1 ? std::floor(coordinate) + 0.5 : std::round(coordinate);
 }
 
-
 // Room for one legend entry, in angle units; the last entry ends at the right of the grid.
 constexpr double kLegendEntry = 60;
 constexpr double kLegendEnd = 370;

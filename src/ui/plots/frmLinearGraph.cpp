@@ -145,8 +145,8 @@ void frmLinearGraph::Load() {
     m_plot->setShownParts(bothParts ? BothParts() : SinglePart(m_firstPart));
 
     if (bothParts) {
-        ShowMessages(m_prompts, CalLinearGraph(0, m_firstCount, 1, m_secondCount,
-                                               m_session.rounded, m_session.CurveTable));
+        ShowMessages(m_prompts, CalLinearGraph(0, m_firstCount, 1, m_secondCount, m_session.rounded,
+                                               m_session.CurveTable));
     } else {
         ShowMessages(m_prompts, CalLinearGraph(m_firstPart, m_firstCount, 0, 0, m_session.rounded,
                                                m_session.CurveTable));

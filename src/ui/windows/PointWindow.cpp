@@ -10,15 +10,15 @@
 #include <QVBoxLayout>
 
 #include "device/DeviceSession.h"
+#include "device/FieldValidation.h"
 #include "procedures/points/PointPreparation.h"
 #include "procedures/shared/Connection.h"
 #include "procedures/shared/SettingsCommands.h"
+#include "ui/kit/CommandHelp.h"
 #include "ui/plots/CurveExport.h"
 #include "ui/plots/MeasurePanel.h"
 #include "ui/plots/TransferCurvePlot.h"
-#include "device/FieldValidation.h"
 #include "ui/windows/SensorSketch.h"
-#include "ui/kit/CommandHelp.h"
 
 namespace rk31 {
 
@@ -34,8 +34,7 @@ QString partCaption(int part) {
 
 PointProgrammingWindow::PointProgrammingWindow(Application& app, const PointWindowTraits& traits,
                                                const QString& className, QWidget* parent)
-    : MainWindowBase(app, FamilyOf(traits), className, parent),
-      m_traits(traits) {
+    : MainWindowBase(app, FamilyOf(traits), className, parent), m_traits(traits) {
     buildUi();
     run([this] { PointWindowLoad(context(), m_traits); });
     refreshPictures();
@@ -208,7 +207,8 @@ QGroupBox* PointProgrammingWindow::buildDualFrame() {
 QLayout* PointProgrammingWindow::buildTopBar() {
     WindowContext& ctx = context();
     auto* bar = new QHBoxLayout;
-    bar->addWidget(addButton(ctl::connect, -1, kConnectCaption, [&ctx] { PointConnectCommand(ctx); }));
+    bar->addWidget(
+        addButton(ctl::connect, -1, kConnectCaption, [&ctx] { PointConnectCommand(ctx); }));
     if (m_traits.powerButton) {
         bar->addWidget(addCommand(ctl::PowerOn, kPowerOnCaption,
                                   [this] { PointPowerOnCommand(context(), m_traits); }));

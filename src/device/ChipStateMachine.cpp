@@ -2,11 +2,11 @@
 
 #include <vector>
 
+#include "device/DeviceSession.h"
 #include "device/WindowContext.h"
 #include "domain/Messages.h"
 #include "domain/Prompts.h"
 #include "rk31/DeviceError.h"
-#include "device/DeviceSession.h"
 
 namespace rk31 {
 

@@ -1,12 +1,12 @@
 #include "device/ConfigSolvers.h"
 
-#include "domain/ControlView.h"
-#include "device/WindowContext.h"
-#include "domain/Prompts.h"
+#include "device/DeviceSession.h"
 #include "device/FieldValidation.h"
 #include "device/SolverInputs.h"
-#include "device/DeviceSession.h"
+#include "device/WindowContext.h"
+#include "domain/ControlView.h"
 #include "domain/PointSolvers.h"
+#include "domain/Prompts.h"
 #include "domain/Validation.h"
 
 namespace rk31 {

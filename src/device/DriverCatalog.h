@@ -28,8 +28,9 @@ class DriverCatalog {
     static QStringList DefaultFolders(const QStringList& driverPath);
     const QStringList& folders() const { return m_folders; }
 
-    // The driver for the ProgID, loaded on first use: the wanted one when it provides the ProgID, else the first that is not the simulated programmer ("sim"), else "sim".
-    // nullptr when no driver can serve; later calls give the same answer.
+    // The driver for the ProgID, loaded on first use: the wanted one when it provides the ProgID,
+    // else the first that is not the simulated programmer ("sim"), else "sim". nullptr when no
+    // driver can serve; later calls give the same answer.
     DeviceDriver* driverFor(const QString& progId);
     // The name of the driver driverFor chose, empty while none.
     QString chosenName() const { return m_chosenName; }

@@ -1,7 +1,7 @@
 #include "device/FieldValidation.h"
 
-#include "domain/ControlView.h"
 #include "device/WindowContext.h"
+#include "domain/ControlView.h"
 #include "domain/NumberText.h"
 #include "domain/Validation.h"
 

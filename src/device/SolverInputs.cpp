@@ -3,14 +3,14 @@
 #include <utility>
 #include <vector>
 
-#include "domain/ControlView.h"
+#include "device/DeviceSession.h"
 #include "device/WindowContext.h"
+#include "domain/ControlView.h"
 #include "domain/Messages.h"
+#include "domain/PointSolvers.h"
 #include "domain/Prompts.h"
 #include "domain/Rounding.h"
 #include "domain/Validation.h"
-#include "device/DeviceSession.h"
-#include "domain/PointSolvers.h"
 
 namespace rk31 {
 

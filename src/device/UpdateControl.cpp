@@ -2,9 +2,9 @@
 
 #include <initializer_list>
 
-#include "domain/ControlView.h"
-#include "device/WindowContext.h"
 #include "device/DeviceSession.h"
+#include "device/WindowContext.h"
+#include "domain/ControlView.h"
 
 namespace rk31 {
 

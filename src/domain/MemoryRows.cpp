@@ -2,7 +2,6 @@
 
 #include <cctype>
 
-
 namespace rk31 {
 
 QString InitialAddressText(int row) {

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <functional>
 
-#include "domain/PartParameters.h"
 #include "domain/Formats.h"
 #include "domain/NumberText.h"
+#include "domain/PartParameters.h"
 #include "domain/Prompts.h"
 
 namespace rk31 {

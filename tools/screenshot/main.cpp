@@ -26,8 +26,7 @@ int main(int argc, char** argv) {
         }
     }
     if (args.isEmpty()) {
-        std::fprintf(stderr,
-                     "usage: rk31_screenshot [--screen=WxH] <outdir> [scene...]\nscenes:");
+        std::fprintf(stderr, "usage: rk31_screenshot [--screen=WxH] <outdir> [scene...]\nscenes:");
         for (const auto& scene : rk31::screenshot::AllScenes()) {
             std::fprintf(stderr, " %s", qPrintable(scene.name));
         }

@@ -2,12 +2,12 @@
 
 #include <vector>
 
-#include "domain/ControlView.h"
-#include "device/WindowContext.h"
-#include "domain/Prompts.h"
 #include "device/FieldValidation.h"
-#include "domain/SettingsFile.h"
 #include "device/UpdateControl.h"
+#include "device/WindowContext.h"
+#include "domain/ControlView.h"
+#include "domain/Prompts.h"
+#include "domain/SettingsFile.h"
 
 namespace rk31 {
 

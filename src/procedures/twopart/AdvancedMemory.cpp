@@ -50,7 +50,7 @@ bool AdvancedMemory::MemWrite(std::int16_t part, const MemoryRowTexts& rows) {
             continue;
         }
         m_session.memoryAccess()->WriteMemory(part, *ParseHexWord(texts.address),
-                                             *ParseHexWord(texts.dataIn));
+                                              *ParseHexWord(texts.dataIn));
     }
     return true;
 }

@@ -32,8 +32,7 @@ bool ProgramAction(WindowContext& ctx, std::int16_t part) {
         ctx.ui.processEvents();
         return StoreInEEPROM(ctx, part);
     }
-    if (!EnsureOwiMode(ctx, kBothParts) || !LoadSolverInputs(ctx, 0) ||
-        !LoadSolverInputs(ctx, 1)) {
+    if (!EnsureOwiMode(ctx, kBothParts) || !LoadSolverInputs(ctx, 0) || !LoadSolverInputs(ctx, 1)) {
         return false;
     }
     auto wait = ctx.ui.createWaitWindow(

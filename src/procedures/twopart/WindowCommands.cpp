@@ -1,13 +1,13 @@
 #include "procedures/twopart/WindowCommands.h"
 
 #include "device/ChipOperations.h"
-#include "device/ModeChange.h"
-#include "domain/Messages.h"
-#include "device/WindowContext.h"
-#include "domain/Prompts.h"
 #include "device/ConfigSolvers.h"
-#include "device/SolverInputs.h"
 #include "device/DeviceSession.h"
+#include "device/ModeChange.h"
+#include "device/SolverInputs.h"
+#include "device/WindowContext.h"
+#include "domain/Messages.h"
+#include "domain/Prompts.h"
 
 namespace rk31 {
 

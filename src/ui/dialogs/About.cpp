@@ -7,9 +7,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "device/DeviceSession.h"
 #include "domain/Formats.h"
 #include "domain/Prompts.h"
-#include "device/DeviceSession.h"
 
 namespace rk31 {
 

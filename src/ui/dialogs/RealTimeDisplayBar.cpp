@@ -15,11 +15,11 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "device/DeviceSession.h"
 #include "domain/Formats.h"
 #include "domain/Prompts.h"
 #include "domain/Rounding.h"
 #include "rk31/DeviceError.h"
-#include "device/DeviceSession.h"
 
 namespace rk31 {
 
@@ -223,8 +223,8 @@ void RealTimeDisplayBar::Timer1Tick() {
         if (!(value >= 0 && value < 101)) {
             m_timer->stop();
             m_prompts.message(QStringLiteral("Angle from Part#") + QString::number(m_part + 1) +
-                                 QStringLiteral(" is out of scope [") + SingleText(value) +
-                                 QStringLiteral("],Will be set to 0 instead!"));
+                              QStringLiteral(" is out of scope [") + SingleText(value) +
+                              QStringLiteral("],Will be set to 0 instead!"));
             value = 0;
             hide();
         }

@@ -6,8 +6,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "domain/Prompts.h"
 #include "device/PortList.h"
+#include "domain/Prompts.h"
 #include "rk31/PortProber.h"
 
 namespace rk31 {

@@ -12,10 +12,10 @@
 #include <QVBoxLayout>
 
 #include "device/ChipStateMachine.h"
-#include "domain/Prompts.h"
-#include "ui/kit/BusyCursor.h"
-#include "rk31/DeviceError.h"
 #include "device/DeviceSession.h"
+#include "domain/Prompts.h"
+#include "rk31/DeviceError.h"
+#include "ui/kit/BusyCursor.h"
 
 namespace rk31 {
 

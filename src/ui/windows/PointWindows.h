@@ -9,8 +9,8 @@ class MainForm2PointsProgramming : public PointProgrammingWindow {
     Q_OBJECT
   public:
     explicit MainForm2PointsProgramming(Application& app, QWidget* parent = nullptr)
-        : PointProgrammingWindow(app, kTwoPoints, QStringLiteral("MainForm2PointsProgramming"), parent) {
-    }
+        : PointProgrammingWindow(app, kTwoPoints, QStringLiteral("MainForm2PointsProgramming"),
+                                 parent) {}
 };
 
 // "/3": two taught points of both parts side by side.
@@ -46,7 +46,8 @@ class MainForm1PointProgramming : public PointProgrammingWindow {
     Q_OBJECT
   public:
     explicit MainForm1PointProgramming(Application& app, QWidget* parent = nullptr)
-        : PointProgrammingWindow(app, kOnePoint, QStringLiteral("MainForm1PointProgramming"), parent) {}
+        : PointProgrammingWindow(app, kOnePoint, QStringLiteral("MainForm1PointProgramming"),
+                                 parent) {}
 };
 
 }  // namespace rk31

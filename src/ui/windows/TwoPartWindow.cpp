@@ -79,7 +79,8 @@ QWidget* TwoPartWindow::buildTopBar() {
     auto* bar = new QWidget(this);
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(addButton(ctl::connect, -1, kConnectCaption, [&ctx] { TwoPartConnectCommand(ctx); }));
+    layout->addWidget(
+        addButton(ctl::connect, -1, kConnectCaption, [&ctx] { TwoPartConnectCommand(ctx); }));
     if (m_oneSupply) {
         layout->addWidget(
             addButton(ctl::PowerOn, -1, kPowerOnCaption, [&ctx] { PowerCommand(ctx, 0); }));
@@ -108,8 +109,8 @@ QGroupBox* TwoPartWindow::buildPartFrame(int part) {
     top->addWidget(vdd, row, 1);
     if (!m_oneSupply) {
         top->addWidget(
-            addButton(ctl::PowerOn, part, kPowerOnCaption, [&ctx, p] { PowerCommand(ctx, p); }), row,
-            2, 1, 2);
+            addButton(ctl::PowerOn, part, kPowerOnCaption, [&ctx, p] { PowerCommand(ctx, p); }),
+            row, 2, 1, 2);
     }
     ++row;
     auto* rangle = addBox(ctl::Rangle, part, DefaultReadAngleText, Field::ReadAngle);

@@ -417,7 +417,8 @@ LoadedLines LoadLines(const QString& path) {
 }
 
 bool SaveSettingsFile(const QStringList& lines, QString& lastName, Prompts& prompts) {
-    const QString chosen = prompts.saveFileName(SelectFileTitle, lastName);
+    // ".txt" is added below, as the windows always did, whatever the dialog offers.
+    const QString chosen = prompts.saveFileName(SelectFileTitle, lastName, {});
     if (chosen.isEmpty()) {
         return false;
     }

@@ -203,3 +203,21 @@ TEST(SettingsFileIO, SaveAsksWhateverStandsThere) {
     ASSERT_TRUE(locked.open(QIODevice::ReadOnly));
     EXPECT_EQ(locked.readAll(), "old");
 }
+
+TEST(SaveDialog, ANameWithoutEndingTakesTheFilters) {
+    const struct {
+        const char* name;
+        const char* filter;
+        const char* result;
+    } cases[] = {
+        {"/d/curve", "PNG picture (*.png)", "/d/curve.png"},
+        {"/d/curve.svg", "PNG picture (*.png)", "/d/curve.svg"},
+        {"/d/curve.txt", "CSV table (*.csv)", "/d/curve.txt"},
+        {"/d.x/curve", "CSV table (*.csv)", "/d.x/curve.csv"},
+        {"/d/curve", "", "/d/curve"},
+        {"", "PNG picture (*.png)", ""},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(NameWithFilterEnding(c.name, c.filter), QString::fromLatin1(c.result)) << c.name;
+    }
+}

@@ -32,8 +32,10 @@ QString ScriptedPrompts::openFileName(const QString& title, const QString& sugge
     return name;
 }
 
-QString ScriptedPrompts::saveFileName(const QString& title, const QString& suggested) {
-    return openFileName(title, suggested);
+QString ScriptedPrompts::saveFileName(const QString& title, const QString& suggested,
+                                      const QStringList& filters) {
+    saveFilters = filters;
+    return NameWithFilterEnding(openFileName(title, suggested), filters.value(0));
 }
 
 void ScriptedPrompts::runModal(QDialog& dialog) {

@@ -19,13 +19,16 @@ class ScriptedPrompts : public Prompts {
     void message(const QString& text) override;
     bool question(const QString& text) override;
     QString openFileName(const QString& title, const QString& suggested) override;
-    QString saveFileName(const QString& title, const QString& suggested) override;
+    // The scripted name, with the first filter's ending where it has none.
+    QString saveFileName(const QString& title, const QString& suggested,
+                         const QStringList& filters) override;
     void runModal(QDialog& dialog) override;
 
     QStringList messages;   // every message shown, in order
     QStringList questions;  // every question asked, in order
     QStringList fileDialogTitles;
     QStringList suggestedNames;
+    QStringList saveFilters;  // the filters of the last save dialog
     QStringList modalTitles;  // window titles of the dialogs run modally
 
     std::deque<bool> answers;

@@ -47,6 +47,13 @@ class CurveExportTest : public QObject {
         }
         QVERIFY(prompts.messages.isEmpty());
         QCOMPARE(last, dir.filePath("curve.svg"));
+        QCOMPARE(prompts.saveFilters, QStringList({"PNG picture (*.png)", "SVG drawing (*.svg)",
+                                                   "CSV table (*.csv)"}));
+        // A name without an ending takes the chosen filter's (the first, as scripted).
+        exportTo("plain");
+        QVERIFY(QImage(dir.filePath("plain.png")).width() > 0);
+        QCOMPARE(last, dir.filePath("plain.png"));
+        QVERIFY(prompts.messages.isEmpty());
 
         // Refused: an ending the export does not know, a folder that does not exist.
         exportTo("curve.txt");

@@ -117,7 +117,9 @@ class TransferCurvePlotTest : public QObject {
         }
     }
 
-    void hoverReadsTheAngleAndLevelUnderThePointer() {
+    void hoverReadsTheCurveAtThePointersAngle() {
+        setSegment(0, 0, {100, 20}, {200, 80});
+        setSegment(1, 0, {0, 45}, {300, 45});
         TransferCurvePlot plot(curves, rounded);
         plot.resize(800, 420);
         const auto hover = [&plot](QPointF point) {
@@ -127,8 +129,16 @@ class TransferCurvePlotTest : public QObject {
             QApplication::sendEvent(&plot, &move);
             return plot.hoverText();
         };
-        QCOMPARE(hover({180, 50}), QStringLiteral("Angle 180\u00B0 \u00B7 Level 50 %VDD"));
+        // Wherever the pointer is on the height, the read-out is the curve's level there.
+        QCOMPARE(hover({180, 10}), QStringLiteral("Angle 180\u00B0 \u00B7 Level 68.0 %VDD"));
+        QCOMPARE(hover({149.8, 95}), QStringLiteral("Angle 150\u00B0 \u00B7 Level 50.0 %VDD"));
+        QCOMPARE(hover({50, 50}), QStringLiteral("Angle 50\u00B0 \u00B7 no curve"));
         QVERIFY(hover({-15, 50}).isEmpty());
+        QVERIFY2(plot.toolTip().isEmpty(), "shown once, on the plot");
+        plot.setShownParts(BothParts());
+        QCOMPARE(hover({180, 10}),
+                 QStringLiteral("Angle 180\u00B0 \u00B7 Part#1 68.0 %VDD \u00B7 Part#2 45.0 %VDD"));
+        QCOMPARE(hover({320, 10}), QStringLiteral("Angle 320\u00B0 \u00B7 no curve"));
     }
 
     void pointsAreMarkedWithCircles() {

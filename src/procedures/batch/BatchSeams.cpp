@@ -40,7 +40,8 @@ QString BatchPrompts::openFileName(const QString& /*title*/, const QString& /*su
     return file;
 }
 
-QString BatchPrompts::saveFileName(const QString& /*title*/, const QString& /*suggested*/) {
+QString BatchPrompts::saveFileName(const QString& /*title*/, const QString& /*suggested*/,
+                                   const QStringList& /*filters*/) {
     return {};
 }
 

@@ -37,17 +37,29 @@ namespace {
 constexpr int kNumberBoxWidth = 84;
 
 // The wait window of one sequence; unloading it when the sequence ends or is abandoned.
+// A wait window borrowed from its main window's idle ones: a dialog is made once and shown
+// again for every later command, which spares making a native window per Program.
 class WaitFormWindow : public WaitWindow {
   public:
-    WaitFormWindow(QWidget* owner, const QString& text) : m_form(new waitform(owner)) {
+    WaitFormWindow(QWidget* owner, const QString& text, std::vector<QPointer<waitform>>& idle)
+        : m_idle(idle) {
+        while (!m_form && !m_idle.empty()) {
+            m_form = m_idle.back();
+            m_idle.pop_back();
+        }
+        if (!m_form) {
+            m_form = new waitform(owner);
+        }
         m_form->Init(text);
     }
     ~WaitFormWindow() override {
         if (m_form) {
             m_form->unload();
-            m_form->deleteLater();
+            m_idle.push_back(m_form);
         }
     }
+    WaitFormWindow(const WaitFormWindow&) = delete;
+    WaitFormWindow& operator=(const WaitFormWindow&) = delete;
     void show() override {
         if (m_form) {
             m_form->ShowModeless();
@@ -60,6 +72,7 @@ class WaitFormWindow : public WaitWindow {
     }
 
   private:
+    std::vector<QPointer<waitform>>& m_idle;
     QPointer<waitform> m_form;
 };
 
@@ -267,7 +280,7 @@ void MainWindowBase::run(const std::function<void()>& handler) {
 }
 
 std::unique_ptr<WaitWindow> MainWindowBase::createWaitWindow(const QString& text) {
-    return std::make_unique<WaitFormWindow>(this, text);
+    return std::make_unique<WaitFormWindow>(this, text, m_idleWaitForms);
 }
 
 void MainWindowBase::processEvents() {

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <QHash>
+#include <QPointer>
 #include <QString>
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "device/WindowContext.h"
+#include "ui/dialogs/waitform.h"
 #include "ui/kit/WidgetControlView.h"
 #include "ui/plots/MeasurePanel.h"
 
@@ -102,6 +105,8 @@ class MainWindowBase : public QWidget, public WindowUi {
     bool m_sizedForScreen = false;
     QHash<QObject*, QLabel*> m_labelOfBox;
     QLabel* m_notice = nullptr;
+    // Wait windows made earlier and hidden again, for the next command to show.
+    std::vector<QPointer<waitform>> m_idleWaitForms;
     QWidget* m_noticeBar = nullptr;
     WidgetControlView m_view;
     std::unique_ptr<WindowContext> m_ctx;

@@ -37,11 +37,15 @@ QString QtPrompts::openFileName(const QString& title, const QString& suggested) 
     return QFileDialog::getOpenFileName(QApplication::activeWindow(), title, suggested);
 }
 
-QString QtPrompts::saveFileName(const QString& title, const QString& suggested) {
+QString QtPrompts::saveFileName(const QString& title, const QString& suggested,
+                                const QStringList& filters) {
     const ArrowWhileAsking arrow;
-    // The program asks its own overwrite question after adding ".txt".
-    return QFileDialog::getSaveFileName(QApplication::activeWindow(), title, suggested, QString(),
-                                        nullptr, QFileDialog::DontConfirmOverwrite);
+    QString chosenFilter;
+    // The program asks its own overwrite question after adding an ending.
+    const QString name = QFileDialog::getSaveFileName(
+        QApplication::activeWindow(), title, suggested, filters.join(QStringLiteral(";;")),
+        &chosenFilter, QFileDialog::DontConfirmOverwrite);
+    return NameWithFilterEnding(name, chosenFilter);
 }
 
 void QtPrompts::runModal(QDialog& dialog) {

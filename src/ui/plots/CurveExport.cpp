@@ -54,8 +54,10 @@ QByteArray CurvePicture(const QString& format, QSize size, const ShownParts& par
 }
 
 void ExportCurveCommand(const TransferCurvePlot& plot, QString& lastName, Prompts& prompts) {
-    const QString chosen =
-        prompts.saveFileName(QStringLiteral("Export the curve as PNG, SVG or CSV"), lastName);
+    const QString chosen = prompts.saveFileName(
+        QStringLiteral("Export the curve as PNG, SVG or CSV"), lastName,
+        {QStringLiteral("PNG picture (*.png)"), QStringLiteral("SVG drawing (*.svg)"),
+         QStringLiteral("CSV table (*.csv)")});
     if (chosen.isEmpty()) {
         return;
     }

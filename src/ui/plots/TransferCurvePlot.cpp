@@ -57,6 +57,7 @@ void drawLegend(PlotCanvas& canvas, const ShownParts& parts, bool measured) {
     }
     if (measured) {
         canvas.Diamond(x + 6, 114, Qt::white);
+        canvas.SetPen(Qt::black, 1);
         canvas.DrawLabel(static_cast<std::int16_t>(x + 15), 118, QStringLiteral("Measured"));
     }
 }
@@ -254,20 +255,50 @@ TransferCurvePlot::TransferCurvePlot(const CurveTables& curves, const RoundedIma
     setShownParts(SinglePart(0));
 }
 
+std::vector<TransferCurvePlot::HoverLevel> TransferCurvePlot::hoverLevels() const {
+    std::vector<HoverLevel> levels;
+    if (!m_hover) {
+        return levels;
+    }
+    for (const ShownPart& shown : shownParts()) {
+        if (shown.part < 0 || shown.part > 1) {
+            continue;
+        }
+        const CurveRows& rows = (*m_curves)[static_cast<std::size_t>(shown.part)];
+        if (const auto level = CurveLevelAt(rows, *m_hover)) {
+            levels.push_back({shown.part, *level, shown.colour});
+        }
+    }
+    return levels;
+}
+
 QString TransferCurvePlot::hoverText() const {
     if (!m_hover) {
         return {};
     }
-    return QStringLiteral("Angle %1\u00B0 \u00B7 Level %2 %VDD")
-        .arg(QLocale::c().toString(m_hover->x(), 'f', 0),
-             QLocale::c().toString(m_hover->y(), 'f', 0));
+    // The curve's level where the pointer's angle is, not the pointer's height: that is what
+    // the chip puts out there.
+    const QString angle = QLocale::c().toString(*m_hover, 'f', 0);
+    const std::vector<HoverLevel> levels = hoverLevels();
+    if (levels.empty()) {
+        return QStringLiteral("Angle %1\u00B0 \u00B7 no curve").arg(angle);
+    }
+    QStringList parts;
+    for (const HoverLevel& l : levels) {
+        const QString level = QLocale::c().toString(l.level, 'f', 1);
+        parts << (shownParts().size() > 1
+                      ? QStringLiteral("Part#%1 %2 %VDD").arg(l.part + 1).arg(level)
+                      : QStringLiteral("Level %1 %VDD").arg(level));
+    }
+    return QStringLiteral("Angle %1\u00B0 \u00B7 ").arg(angle) +
+           parts.join(QStringLiteral(" \u00B7 "));
 }
 
 void TransferCurvePlot::mouseMoveEvent(QMouseEvent* event) {
     const QPointF at = PlotCanvas::PlotTransform(size()).inverted().map(event->position());
     const bool overPlot = at.x() >= 0 && at.x() <= 360 && at.y() >= 0 && at.y() <= 100;
-    m_hover = overPlot ? std::optional<QPointF>(at) : std::nullopt;
-    setToolTip(hoverText());
+    // Whole degrees: the curve is drawn in them.
+    m_hover = overPlot ? std::optional<double>(std::round(at.x())) : std::nullopt;
     update();
     QWidget::mouseMoveEvent(event);
 }
@@ -322,11 +353,19 @@ void TransferCurvePlot::paintEvent(QPaintEvent* /*event*/) {
     if (!m_hover) {
         return;
     }
-    // A crosshair through the pointer and the read-out in the top left corner.
-    const QPointF at = PlotCanvas::PlotTransform(size()).map(*m_hover);
+    // A line at the pointer's angle, a dot where it meets each curve, and the read-out in the
+    // top left corner.
+    const QTransform transform = PlotCanvas::PlotTransform(size());
+    const double x = transform.map(QPointF(*m_hover, 0)).x();
     painter.setPen(QPen(Qt::darkGray, 1, Qt::DashLine));
-    painter.drawLine(QPointF(at.x(), 0), QPointF(at.x(), height()));
-    painter.drawLine(QPointF(0, at.y()), QPointF(width(), at.y()));
+    painter.drawLine(QPointF(x, 0), QPointF(x, height()));
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    for (const HoverLevel& l : hoverLevels()) {
+        painter.setPen(QPen(Qt::black, 1));
+        painter.setBrush(l.colour);
+        painter.drawEllipse(transform.map(QPointF(*m_hover, l.level)), 4.0, 4.0);
+    }
+    painter.setBrush(Qt::NoBrush);
     const QString text = hoverText();
     const QRectF box = QRectF(QPointF(6, 6), QFontMetricsF(font()).size(0, text))
                            .adjusted(-4, -2, 4, 2)

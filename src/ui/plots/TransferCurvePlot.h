@@ -110,8 +110,9 @@ class TransferCurvePlot : public QWidget {
     void setReadings(PartReadings readings);
     const PartReadings& readings() const { return m_readings; }
 
-    // "Angle 123° · Level 45 %VDD" for the point under the mouse pointer; empty when the pointer
-    // is not over the plot.
+    // The curve under the pointer's angle: "Angle 123° · Level 45.5 %VDD" for one part,
+    // "Angle 123° · Part#1 45.5 %VDD · Part#2 50.0 %VDD" for two, "Angle 123° · no curve" where
+    // none is drawn; empty when the pointer is not over the plot.
     QString hoverText() const;
 
   protected:
@@ -120,7 +121,15 @@ class TransferCurvePlot : public QWidget {
     void leaveEvent(QEvent* event) override;
 
   private:
-    std::optional<QPointF> m_hover;  // in plot units
+    // The level of each shown part's curve at the hovered angle, where it has one.
+    struct HoverLevel {
+        int part;
+        double level;
+        QColor colour;
+    };
+    std::vector<HoverLevel> hoverLevels() const;
+
+    std::optional<double> m_hover;  // the angle under the pointer, in whole degrees
     PartsSource m_source;
     int m_markedPoints = 4;
     QSize m_preferredSize{880, 440};

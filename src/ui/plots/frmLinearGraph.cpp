@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShowEvent>
+#include <QTimer>
 
 #include <QVBoxLayout>
 
@@ -144,15 +145,18 @@ void frmLinearGraph::Load() {
     }
     m_plot->setShownParts(bothParts ? BothParts() : SinglePart(m_firstPart));
 
-    if (bothParts) {
-        ShowMessages(m_prompts, CalLinearGraph(0, m_firstCount, 1, m_secondCount, m_session.rounded,
-                                               m_session.CurveTable));
-    } else {
-        ShowMessages(m_prompts, CalLinearGraph(m_firstPart, m_firstCount, 0, 0, m_session.rounded,
-                                               m_session.CurveTable));
-    }
+    const QStringList messages =
+        bothParts ? CalLinearGraph(0, m_firstCount, 1, m_secondCount, m_session.rounded,
+                                   m_session.CurveTable)
+                  : CalLinearGraph(m_firstPart, m_firstCount, 0, 0, m_session.rounded,
+                                   m_session.CurveTable);
     m_measure->refresh();
     m_plot->update();
+    // A message box opened while the window is still being shown leaves it at the toolkit's
+    // smallest size; the messages follow as soon as the window stands at its own.
+    if (!messages.isEmpty()) {
+        QTimer::singleShot(0, this, [this, messages] { ShowMessages(m_prompts, messages); });
+    }
 }
 
 void frmLinearGraph::fillColumn(int column, std::int16_t part) {

@@ -47,8 +47,8 @@ class CurveExportTest : public QObject {
         }
         QVERIFY(prompts.messages.isEmpty());
         QCOMPARE(last, dir.filePath("curve.svg"));
-        QCOMPARE(prompts.saveFilters, QStringList({"PNG picture (*.png)", "SVG drawing (*.svg)",
-                                                   "CSV table (*.csv)"}));
+        QCOMPARE(prompts.saveFilters,
+                 QStringList({"PNG picture (*.png)", "SVG drawing (*.svg)", "CSV table (*.csv)"}));
         // A name without an ending takes the chosen filter's (the first, as scripted).
         exportTo("plain");
         QVERIFY(QImage(dir.filePath("plain.png")).width() > 0);

@@ -51,7 +51,11 @@ class LinearGraphTest : public QObject {
         graph.show();
         graph.hide();
         graph.show();  // computed once per use
+        // The messages come once the window stands at its size, which they leave alone.
+        QVERIFY(prompts.messages.isEmpty());
+        QCoreApplication::processEvents();
         QTEST(prompts.messages, "messages");
+        QVERIFY(graph.findChild<QWidget*>("Picture1")->height() >= 300);
         const bool second = shown.size() == 2;
         QCOMPARE(graph.findChild<QLabel*>("Labelpart2")->isHidden(), !second);
         for (int c = 0; c < 2; ++c) {

@@ -145,11 +145,11 @@ void frmLinearGraph::Load() {
     }
     m_plot->setShownParts(bothParts ? BothParts() : SinglePart(m_firstPart));
 
-    const QStringList messages =
-        bothParts ? CalLinearGraph(0, m_firstCount, 1, m_secondCount, m_session.rounded,
-                                   m_session.CurveTable)
-                  : CalLinearGraph(m_firstPart, m_firstCount, 0, 0, m_session.rounded,
-                                   m_session.CurveTable);
+    const QStringList messages = bothParts
+                                     ? CalLinearGraph(0, m_firstCount, 1, m_secondCount,
+                                                      m_session.rounded, m_session.CurveTable)
+                                     : CalLinearGraph(m_firstPart, m_firstCount, 0, 0,
+                                                      m_session.rounded, m_session.CurveTable);
     m_measure->refresh();
     m_plot->update();
     // A message box opened while the window is still being shown leaves it at the toolkit's

@@ -71,6 +71,14 @@ class WindowUsabilityTest : public QObject {
         QVERIFY2(natural.width() <= 1264 && natural.height() <= 680,
                  qPrintable(QStringLiteral("%1 x %2").arg(natural.width()).arg(natural.height())));
         QVERIFY(window->minimumSizeHint().height() < 400);
+
+        // Ctrl+O and Ctrl+S press Load Settings and Save Settings (both dialogs cancelled).
+        window->show();
+        QApplication::setActiveWindow(window.get());
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        QTest::keyClick(window.get(), Qt::Key_O, Qt::ControlModifier);
+        QTest::keyClick(window.get(), Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(bench->prompts.fileDialogTitles.size(), 2);
     }
 
     void partEnableFollowsAnAssistiveToggle() {

@@ -95,6 +95,11 @@ void MagnetPanel::refresh() {
     const double angle = m_box->magnetAngle();
     const QString text = AngleText(angle) + QStringLiteral("\u00b0");
     ShowText(m_now, text);
+    // A screen reader reads the name, so the name carries the value.
+    if (const QString name = QStringLiteral("Magnet angle now ") + text;
+        m_now->accessibleName() != name) {
+        m_now->setAccessibleName(name);
+    }
     // Neither the dial under the mouse nor a box being typed into is pulled away from the user.
     if (!m_dial->isSliderDown()) {
         const QSignalBlocker quiet(m_dial);

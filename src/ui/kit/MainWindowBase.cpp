@@ -5,12 +5,14 @@
 #include <QFocusEvent>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QTime>
 #include <QVBoxLayout>
 
@@ -125,6 +127,23 @@ void MainWindowBase::finishUi() {
     }
     for (auto* frame : findChildren<QGroupBox*>()) {
         frame->setAccessibleName(frame->title());
+    }
+    // The keys every desktop program loads and saves with; they press the buttons, so a
+    // disabled button stays disabled.
+    for (const auto& [name, keys] :
+         {std::pair{ctl::mOpen, QKeySequence::Open}, std::pair{ctl::mSaveAs, QKeySequence::Save}}) {
+        auto* button = m_content->findChild<QAbstractButton*>(name);
+        if (!button) {
+            continue;
+        }
+        auto* shortcut = new QShortcut(QKeySequence(keys), this);
+        connect(shortcut, &QShortcut::activated, button, [button] {
+            if (button->isEnabled()) {
+                button->click();
+            }
+        });
+        button->setToolTip(button->toolTip() + QStringLiteral(" (") +
+                           QKeySequence(keys).toString(QKeySequence::NativeText) + u')');
     }
     for (auto* label : findChildren<QLabel*>()) {
         if (QWidget* box = label->buddy()) {

@@ -6,8 +6,10 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
+#include <numeric>
 
 #include "device/DeviceSession.h"
+#include "device/PlotMeasurement.h"
 #include "sim/SimulatedBox.h"
 #include "ui/PointHarness.h"
 #include "ui/plots/TransferCurvePlot.h"
@@ -160,6 +162,23 @@ class MeasureTest : public QObject {
             QCOMPARE(seen.picture.pixelColor(seen.pixels[static_cast<std::size_t>(i)].toPoint()),
                      kFirstCurveColour);
         }
+    }
+
+    // Both parts in one sweep: the progress counts on through the second part, and each part
+    // is read at every angle.
+    void aSweepOfBothPartsCountsOn() {
+        const auto window = programmedTwoPartWindow();
+        std::vector<std::size_t> done;
+        const PartReadings taken = SweepParts(window->context(), {0, 1}, *bench->app.fixture(), 30,
+                                              [&done](const SweepProgress& at) {
+                                                  done.push_back(at.done);
+                                                  return at.total == 24;
+                                              });
+        std::vector<std::size_t> expected(24);
+        std::iota(expected.begin(), expected.end(), 0);
+        QCOMPARE(done, expected);
+        QCOMPARE(taken[0].size(), std::size_t{12});
+        QCOMPARE(taken[1].size(), std::size_t{12});
     }
 
     void linearGraphStopsEarly_data() {

@@ -205,6 +205,19 @@ class TwoPartProgramTest : public QObject {
         }
     }
 
+    // "/0": Part#1 refused by the solver stops the program of both parts, and nothing says
+    // they were programmed.
+    void bothPartsStopAtPart1sRefusal() {
+        open({}, 0);
+        run(w, "Angle_1=100 Level_1=20 Angle_4=100 Level_4=20 Angle_5=200 Level_5=80");
+        b->prompts.messages.clear();
+        click(w, "btnconfigsolver");
+        QCOMPARE(b->prompts.messages.value(0),
+                 QStringLiteral("Error Angles of Point A and Point B input"));
+        QVERIFY(!b->trace().join(' ').contains("ProgramEEPROM"));
+        QVERIFY(window->notice().isEmpty());
+    }
+
     // A locked part's refusal is checked with the other commands' refusals (tools test).
     void aPartInAdcModeIsMovedToOwiModeFirst() {
         open();

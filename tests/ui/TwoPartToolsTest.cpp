@@ -146,6 +146,9 @@ class TwoPartToolsTest : public QObject {
     void oneSupplyCapturesWithBothPartsInOwiMode() {
         open(0);
         click(w, "viewoutput");  // both parts to ADC mode; the display closes at once
+        QVERIFY(bench->prompts.messages.isEmpty());
+        QCOMPARE(bench->session().ChipState[0], AdcMode);
+        QCOMPARE(bench->session().ChipState[1], AdcMode);
         bench->clearTrace();
         bench->box().setMagnetAngle(300);
         click(w, "btnreadangle", 1);

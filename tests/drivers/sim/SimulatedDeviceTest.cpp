@@ -90,6 +90,7 @@ TEST(SimulatedDevice, OutputFollowsTheEepromInAdcModeOnly) {
     ASSERT_EQ(b.write(0, kTwoPoints), 0);
     EXPECT_EQ(b.read(0, 0x01), 410) << "clamp low 10 % as a DAC code";
     EXPECT_EQ(b.read(0, 0x08), 1138) << "A at 100 degrees as an angle code";
+    EXPECT_EQ(b.read(0, 0x30), 0) << "a word never written reads 0";
     b.memory->WriteMemory(0, 0x48, 0xF0);
     EXPECT_EQ(b.read(0, 0x48), 0x35) << "the id word is read-only";
     b.box->setMagnetAngle(150);

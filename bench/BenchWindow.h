@@ -25,7 +25,9 @@ class BenchPrompts : public Prompts {
         return false;
     }
     QString openFileName(const QString&, const QString&) override { return {}; }
-    QString saveFileName(const QString&, const QString&, const QStringList&) override { return {}; }
+    QString saveFileName(const QString&, const QString&, const QStringList&, int*) override {
+        return {};
+    }
     void runModal(QDialog& dialog) override;
 
     QStringList messages;

@@ -61,8 +61,11 @@ void ValidateField(WindowContext& ctx, Field field, int index) {
             break;
         case Field::Angle:
         case Field::Level: {
-            const int selected = ctx.selectedPart();
-            const PointBox box = PointBoxOf(ctx.family, index, selected);
+            // The message names the list's index plus one as it is: "Part#0" while a settings
+            // file has left the list without a selection.
+            const int shownIndex =
+                ctx.family == WindowFamily::OnePartPoint ? ctx.view.listIndex(ctl::PartSel) : 0;
+            const PointBox box = PointBoxOf(ctx.family, index, shownIndex);
             const int part = ctx.family == WindowFamily::OnePartPoint ? 0 : box.part;
             if (field == Field::Angle) {
                 result = ValidateAngle(text, ctx.family, box, ctx.prompts);

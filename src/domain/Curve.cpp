@@ -358,6 +358,24 @@ int DrawnSegmentCount(const CurveRows& rows) {
     return count;
 }
 
+QStringList CurveDegreeCsvLines(const CurveTables& curves, const std::vector<int>& parts) {
+    QStringList lines;
+    for (const int part : parts) {
+        if (part < 0 || part > 1) {
+            continue;
+        }
+        const CurveRows& rows = curves[static_cast<std::size_t>(part)];
+        for (int angle = 0; angle <= 360; ++angle) {
+            const std::optional<double> level = CurveLevelAt(rows, angle);
+            lines << QStringLiteral("%1,degree,%2,%3")
+                         .arg(part + 1)
+                         .arg(angle)
+                         .arg(level ? QString::number(*level, 'f', 2) : QString());
+        }
+    }
+    return lines;
+}
+
 QStringList CurveCsvLines(const CurveTables& curves, const std::vector<int>& parts) {
     QStringList lines{QStringLiteral("part,segment,angle_deg,level_pct_vdd")};
     for (const int part : parts) {

@@ -79,4 +79,9 @@ int DrawnSegmentCount(const CurveRows& rows);
 // start row and the end row of each segment, in drawing order), exactly the rows the plots draw.
 QStringList CurveCsvLines(const CurveTables& curves, const std::vector<int>& parts);
 
+// The level of each part's drawn curve at every whole degree from 0 to 360, one row each, with
+// "degree" where the segment number stands: "1,degree,45,30.50"; the level is empty where no
+// segment covers the angle.
+QStringList CurveDegreeCsvLines(const CurveTables& curves, const std::vector<int>& parts);
+
 }  // namespace rk31

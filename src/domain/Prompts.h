@@ -23,9 +23,10 @@ class Prompts {
     // File dialogs; an empty result means cancelled. `suggested` is the last chosen name.
     virtual QString openFileName(const QString& title, const QString& suggested) = 0;
     // `filters` ("PNG picture (*.png)", ...) are offered in turn; a name chosen without an
-    // ending gets the ending of the filter chosen with it (see NameWithFilterEnding).
+    // ending gets the ending of the filter chosen with it (see NameWithFilterEnding), whose
+    // index goes to `chosenFilter` when it is given.
     virtual QString saveFileName(const QString& title, const QString& suggested,
-                                 const QStringList& filters) = 0;
+                                 const QStringList& filters, int* chosenFilter) = 0;
     // Shows an already built dialog modally and returns when it is hidden or closed.
     virtual void runModal(QDialog& dialog) = 0;
 };

@@ -418,7 +418,7 @@ LoadedLines LoadLines(const QString& path) {
 
 bool SaveSettingsFile(const QStringList& lines, QString& lastName, Prompts& prompts) {
     // ".txt" is added below, as the windows always did, whatever the dialog offers.
-    const QString chosen = prompts.saveFileName(SelectFileTitle, lastName, {});
+    const QString chosen = prompts.saveFileName(SelectFileTitle, lastName, {}, nullptr);
     if (chosen.isEmpty()) {
         return false;
     }

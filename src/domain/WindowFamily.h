@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 namespace rk31 {
 
 // The windows differ in their ranges and in which corrections they announce, so every rule
@@ -34,6 +36,23 @@ inline bool IsTwoPartFamily(WindowFamily family) {
 
 inline WindowFamily FamilyOf(const PointWindowTraits& traits) {
     return traits.bothParts ? WindowFamily::DualPoint : WindowFamily::OnePartPoint;
+}
+
+// The switch that starts a window of `family` (with `traits` for a point window): "/0" to "/6".
+inline QString SwitchOf(WindowFamily family, const PointWindowTraits& traits = {}) {
+    switch (family) {
+        case WindowFamily::TwoPartOneSupply:
+            return QStringLiteral("/0");
+        case WindowFamily::TwoPartTwoSupplies:
+            return QStringLiteral("/1");
+        case WindowFamily::OnePartPoint:
+        case WindowFamily::DualPoint:
+            break;
+    }
+    if (traits.offsets) {
+        return QStringLiteral("/6");
+    }
+    return QStringLiteral("/%1").arg(2 + (traits.bothParts ? 1 : 0) + (traits.powerButton ? 2 : 0));
 }
 
 }  // namespace rk31

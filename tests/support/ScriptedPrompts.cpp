@@ -33,9 +33,12 @@ QString ScriptedPrompts::openFileName(const QString& title, const QString& sugge
 }
 
 QString ScriptedPrompts::saveFileName(const QString& title, const QString& suggested,
-                                      const QStringList& filters) {
+                                      const QStringList& filters, int* chosenFilter) {
     saveFilters = filters;
-    return NameWithFilterEnding(openFileName(title, suggested), filters.value(0));
+    if (chosenFilter) {
+        *chosenFilter = saveFilter;
+    }
+    return NameWithFilterEnding(openFileName(title, suggested), filters.value(saveFilter));
 }
 
 void ScriptedPrompts::runModal(QDialog& dialog) {

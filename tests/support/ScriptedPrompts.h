@@ -19,9 +19,9 @@ class ScriptedPrompts : public Prompts {
     void message(const QString& text) override;
     bool question(const QString& text) override;
     QString openFileName(const QString& title, const QString& suggested) override;
-    // The scripted name, with the first filter's ending where it has none.
-    QString saveFileName(const QString& title, const QString& suggested,
-                         const QStringList& filters) override;
+    // The scripted name, with the ending of filter `saveFilter` where it has none.
+    QString saveFileName(const QString& title, const QString& suggested, const QStringList& filters,
+                         int* chosenFilter) override;
     void runModal(QDialog& dialog) override;
 
     QStringList messages;   // every message shown, in order
@@ -29,6 +29,7 @@ class ScriptedPrompts : public Prompts {
     QStringList fileDialogTitles;
     QStringList suggestedNames;
     QStringList saveFilters;  // the filters of the last save dialog
+    int saveFilter = 0;       // the filter the scripted save dialog chooses
     QStringList modalTitles;  // window titles of the dialogs run modally
 
     std::deque<bool> answers;

@@ -28,8 +28,21 @@ class CurveExportTest : public QObject {
         const QByteArray png = CurvePicture("png", {600, 300}, SinglePart(0), 2, curves, rounded);
         QVERIFY(png.startsWith("\x89PNG"));
         QCOMPARE(QImage::fromData(png).size(), QSize(600, 300));
-        const QByteArray svg = CurvePicture("svg", {600, 300}, BothParts(), 2, curves, rounded);
-        QVERIFY(svg.contains("<svg") && svg.contains("</svg>"));
+        const QByteArray svg = CurvePicture("svg", {600, 300}, BothParts(), 2, curves, rounded, {},
+                                            {"Transfer curve", "Part#1: points"});
+        QVERIFY(svg.contains("<svg") && svg.contains("</svg>") && svg.contains("Part#1: points"));
+
+        // The title block: where from and when, then per part its points, DP and clamps.
+        RoundedImages shown;
+        shown.RoundedPoints[1] = {20, 200, 0, 0, 10, 90, 0, 0};
+        shown.RoundedDP[1] = 290;
+        shown.RoundedClampLow[1] = 5;
+        shown.RoundedClampHigh[1] = 95;
+        QCOMPARE(CurveTitleLines("window \"/4\"", QDateTime({2026, 11, 25}, {22, 5, 9}),
+                                 SinglePart(1), 2, shown),
+                 QStringList({"Transfer curve \u00B7 window \"/4\" \u00B7 2026-11-25 22:05:09",
+                              "Part#2: points (20\u00B0, 10 %VDD) (200\u00B0, 90 %VDD) \u00B7 "
+                              "DP 290\u00B0 \u00B7 clamps 5 to 95 %VDD"}));
     }
 
     void exportWritesByTheNamesEnding() {
@@ -39,7 +52,7 @@ class CurveExportTest : public QObject {
         QString last;
         const auto exportTo = [&](const QString& name) {
             prompts.fileNames.push_back(dir.filePath(name));
-            ExportCurveCommand(plot, last, prompts);
+            ExportCurveCommand(plot, "window \"/2\"", last, prompts);
             return QFileInfo(dir.filePath(name)).size();
         };
         for (const char* name : {"curve.csv", "curve.PNG", "curve.svg"}) {
@@ -48,7 +61,24 @@ class CurveExportTest : public QObject {
         QVERIFY(prompts.messages.isEmpty());
         QCOMPARE(last, dir.filePath("curve.svg"));
         QCOMPARE(prompts.saveFilters,
-                 QStringList({"PNG picture (*.png)", "SVG drawing (*.svg)", "CSV table (*.csv)"}));
+                 QStringList({"PNG picture (*.png)", "SVG drawing (*.svg)", "CSV table (*.csv)",
+                              "CSV table with the level at every degree (*.csv)"}));
+        const auto csvLines = [&] {
+            QFile file(dir.filePath("curve.csv"));
+            file.open(QIODevice::ReadOnly);
+            return QString::fromUtf8(file.readAll()).split("\r\n", Qt::SkipEmptyParts);
+        };
+        QCOMPARE(csvLines().size(), 5);  // the segments only
+        // The last filter adds the level at every degree, after the segments.
+        prompts.saveFilter = 3;
+        exportTo("curve.csv");
+        const QStringList lines = csvLines();
+        QCOMPARE(lines.size(), 5 + 361);
+        QCOMPARE(lines[5], "1,degree,0,");
+        QCOMPARE(lines[5 + 83], "1,degree,83,10.00");
+        QCOMPARE(lines[5 + 150], "1,degree,150,50.00");
+        QCOMPARE(lines.last(), "1,degree,360,");
+        prompts.saveFilter = 0;
         // A name without an ending takes the chosen filter's (the first, as scripted).
         exportTo("plain");
         QVERIFY(QImage(dir.filePath("plain.png")).width() > 0);

@@ -153,6 +153,11 @@ class PointSettingsTest : public QObject {
         QTest::newRow("one-part window corrects, naming the box")
             << 2 << "Part #Index:0\r\n" + wild << QStringList{invalid.arg("Angle 0"), invalid.arg("Level 1")}
             << corrected << 100.0f;
+        // A list left without a selection: the messages count from its index, -1.
+        QTest::newRow("no part selected") << 2 << "Part #Index:-1\r\n" + wild
+            << QStringList{QString(invalid).replace("Part#1", "Part#0").arg("Angle 0"),
+                           QString(invalid).replace("Part#1", "Part#0").arg("Level 1")}
+            << corrected << 100.0f;
         QTest::newRow("dual window corrects silently")
             << 3 << "Part #1:\r\n" + wild + "Part #2:\r\n" + wild << QStringList() << corrected + corrected << 100.0f;
         // clang-format on

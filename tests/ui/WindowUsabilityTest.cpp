@@ -43,15 +43,35 @@ class WindowUsabilityTest : public QObject {
         QFETCH(int, variant);
         const auto window = bench->window(variant);
         QSet<QString> seen;
+        // Every button has a key; one key is one command: within a part, among the window's
+        // single buttons, and a part's key never also belongs to a single button.
+        QHash<QString, QString> commandOfKey;
+        QHash<QString, QString> scopeOfKey;
         for (auto* button : window->findChildren<QAbstractButton*>()) {
-            if (button->text().isEmpty()) {
-                continue;  // the HYS arrows carry an accessible name instead
-            }
             const QString name = button->objectName();
-            QVERIFY2(button->text().contains(QRegularExpression("&[^&]")), qPrintable(name));
-            QCOMPARE(accessibleName(button), WithoutMnemonic(button->text()));
-            QVERIFY2(!qobject_cast<QPushButton*>(button) || !button->toolTip().isEmpty(),
-                     qPrintable(name));
+            const QString key = button->shortcut().toString();
+            QVERIFY2(!key.isEmpty(), qPrintable(name));
+            QVERIFY2(!button->toolTip().isEmpty(), qPrintable(name));
+            if (button->text().isEmpty()) {
+                QVERIFY2(!accessibleName(button).isEmpty(), qPrintable(name));
+            } else {
+                QCOMPARE(accessibleName(button), WithoutMnemonic(button->text()));
+            }
+            QString scope;
+            for (QWidget* w = button; w; w = w->parentWidget()) {
+                if (w->objectName().startsWith("PartFrame_")) {
+                    scope = w->objectName();
+                }
+            }
+            const QString command = name.section('_', 0, 0);
+            if (scopeOfKey.contains(key)) {
+                const bool otherPart =
+                    !scope.isEmpty() && !scopeOfKey[key].isEmpty() && scope != scopeOfKey[key];
+                QVERIFY2(otherPart && command == commandOfKey[key],
+                         qPrintable(name + " and " + commandOfKey[key] + " share " + key));
+            }
+            scopeOfKey[key] = scope;
+            commandOfKey[key] = command;
             seen << name;
         }
         QVERIFY(seen.contains("connect") && seen.contains("btnAbout"));
@@ -79,6 +99,30 @@ class WindowUsabilityTest : public QObject {
         QTest::keyClick(window.get(), Qt::Key_O, Qt::ControlModifier);
         QTest::keyClick(window.get(), Qt::Key_S, Qt::ControlModifier);
         QCOMPARE(bench->prompts.fileDialogTitles.size(), 2);
+    }
+
+    // Alt+P with both parts enabled: Qt alone would only move the focus between the two
+    // Power On buttons.
+    void aSharedKeyActsOnThePartThatHoldsTheFocus() {
+        MainForm2Parts2Src window(bench->app);
+        window.show();
+        scriptPortChoice(bench->prompts, "COM1");
+        click(&window, "connect");
+        check(&window, "PartEnable", 0, true);
+        check(&window, "PartEnable", 1, true);
+        QApplication::setActiveWindow(&window);
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        // The focus on Part#2's own button, then in a box of Part#2 (enabled once it is powered).
+        for (const auto& [focus, power] :
+             {std::pair{"PowerOn_1", "PowerOnChip(1)"}, std::pair{"DP_1", "PowerOffChip(1)"}}) {
+            bench->clearTrace();
+            QApplication::setActiveWindow(&window);  // the wait window had it
+            find(&window, focus)->setFocus();
+            QTest::keyClick(&window, Qt::Key_P, Qt::AltModifier);
+            QTRY_VERIFY2(bench->trace().contains(power), focus);
+            QVERIFY(bench->trace().filter("(0)").isEmpty());
+        }
+        QVERIFY(find(&window, "PowerOn", 0)->toolTip().contains("acts on the part"));
     }
 
     void partEnableFollowsAnAssistiveToggle() {

@@ -28,7 +28,9 @@ class PrintingPrompts : public Prompts {
         return false;
     }
     QString openFileName(const QString&, const QString&) override { return {}; }
-    QString saveFileName(const QString&, const QString&, const QStringList&) override { return {}; }
+    QString saveFileName(const QString&, const QString&, const QStringList&, int*) override {
+        return {};
+    }
     void runModal(QDialog& dialog) override {
         if (m_scripts.empty()) {
             dialog.close();

@@ -41,7 +41,7 @@ QString BatchPrompts::openFileName(const QString& /*title*/, const QString& /*su
 }
 
 QString BatchPrompts::saveFileName(const QString& /*title*/, const QString& /*suggested*/,
-                                   const QStringList& /*filters*/) {
+                                   const QStringList& /*filters*/, int* /*chosenFilter*/) {
     return {};
 }
 

@@ -67,8 +67,9 @@ CommandHelp HelpFor(const QString& name, int index, WindowFamily family) {
         return {u'r', QStringLiteral("Writes the points into %1 and programs its EEPROM").arg(who)};
     }
     if (name == ctl::lineargraph) {
+        // "g" belongs to Get DP Mid Point, whose other letters the part's commands hold.
         return {
-            u'g',
+            u'h',
             QStringLiteral("Shows the transfer curve that the settings of %1 describe").arg(who)};
     }
     if (name == ctl::viewoutput) {
@@ -88,7 +89,8 @@ CommandHelp HelpFor(const QString& name, int index, WindowFamily family) {
         return {u'e', QStringLiteral("Reads the angle %1 senses now").arg(who)};
     }
     if (name == ctl::GetDP) {
-        return {u'd',
+        // "d" is Set point D where both stand in one part.
+        return {IsTwoPartFamily(family) ? u'g' : u'd',
                 QStringLiteral("Puts DP half a turn away from the angle %1 senses now").arg(who)};
     }
     if (name == ctl::Setpoint) {
@@ -110,6 +112,14 @@ CommandHelp HelpFor(const QString& name, int index, WindowFamily family) {
     if (name == ctl::swobtn) {
         return {u't',
                 QStringLiteral("Takes the angle %1 senses now as the operate point OP").arg(who)};
+    }
+    if (name == ctl::hysup || name == ctl::hysdown) {
+        const bool up = name == ctl::hysup;
+        return {QChar(),
+                QStringLiteral("%1 the HYS of %2 by 0.25 deg (%3); the chip gets it with the next "
+                               "Program")
+                    .arg(up ? QStringLiteral("Raises") : QStringLiteral("Lowers"), who,
+                         up ? QStringLiteral("at most 15.75") : QStringLiteral("not below 0"))};
     }
     if (name == ctl::PartEnable) {
         return {QChar(u'1' + index), QStringLiteral("Lets you work on Part#%1").arg(index + 1)};

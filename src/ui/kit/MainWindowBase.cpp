@@ -1,5 +1,6 @@
 #include "ui/kit/MainWindowBase.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QFocusEvent>
@@ -145,6 +146,7 @@ void MainWindowBase::finishUi() {
         button->setToolTip(button->toolTip() + QStringLiteral(" (") +
                            QKeySequence(keys).toString(QKeySequence::NativeText) + u')');
     }
+    shareKeysBetweenParts();
     for (auto* label : findChildren<QLabel*>()) {
         if (QWidget* box = label->buddy()) {
             m_labelOfBox.insert(box, label);
@@ -268,7 +270,61 @@ QLabel* MainWindowBase::buddyLabel(const QString& text, QWidget* buddy, QWidget*
     return label;
 }
 
+void MainWindowBase::shareKeysBetweenParts() {
+    QHash<QString, QList<QAbstractButton*>> byKey;
+    for (auto* button : m_content->findChildren<QAbstractButton*>()) {
+        if (!button->shortcut().isEmpty()) {
+            byKey[button->shortcut().toString()] << button;
+        }
+    }
+    for (const QList<QAbstractButton*>& buttons : std::as_const(byKey)) {
+        if (buttons.size() < 2) {
+            continue;
+        }
+        for (QAbstractButton* button : buttons) {
+            m_sharedKeys.insert(button, buttons);
+            button->installEventFilter(this);
+            button->setToolTip(button->toolTip() + QStringLiteral(" — ") +
+                               button->shortcut().toString(QKeySequence::NativeText) +
+                               QStringLiteral(" acts on the part that holds the focus"));
+        }
+    }
+}
+
+QAbstractButton* MainWindowBase::sharedKeyTarget(QAbstractButton* pressed) const {
+    const auto partFrame = [](QWidget* w) -> QWidget* {
+        for (; w; w = w->parentWidget()) {
+            if (w->objectName().startsWith(ctl::PartFrame + u'_')) {
+                return w;
+            }
+        }
+        return nullptr;
+    };
+    QWidget* focusPart = partFrame(QApplication::focusWidget());
+    QAbstractButton* first = nullptr;
+    for (QAbstractButton* button : m_sharedKeys.value(pressed)) {
+        if (!button->isEnabled() || !button->isVisibleTo(this)) {
+            continue;
+        }
+        if (focusPart && partFrame(button) == focusPart) {
+            return button;
+        }
+        if (!first) {
+            first = button;
+        }
+    }
+    return first;
+}
+
 bool MainWindowBase::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Shortcut && m_sharedKeys.contains(watched) &&
+        static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
+        // Qt would only move the focus between the copies; the user meant the part they are in.
+        if (QAbstractButton* target = sharedKeyTarget(static_cast<QAbstractButton*>(watched))) {
+            target->animateClick();
+        }
+        return true;
+    }
     if (event->type() == QEvent::EnabledChange) {
         if (QLabel* label = m_labelOfBox.value(watched)) {
             label->setEnabled(static_cast<QWidget*>(watched)->isEnabled());
@@ -290,6 +346,21 @@ bool MainWindowBase::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainWindowBase::run(const std::function<void()>& handler) {
+    struct Running {
+        MainWindowBase& window;
+        explicit Running(MainWindowBase& w) : window(w) {
+            if (window.m_running++ == 0) {
+                window.commandStarting();
+            }
+        }
+        ~Running() {
+            if (--window.m_running == 0) {
+                window.commandFinished();
+            }
+        }
+        Running(const Running&) = delete;
+        Running& operator=(const Running&) = delete;
+    } running(*this);
     try {
         handler();
     } catch (const DeviceError& e) {
@@ -331,7 +402,7 @@ MeasureSeams MainWindowBase::measureSeams() {
 
 void MainWindowBase::showLinearGraph(std::int16_t part, std::int16_t count, std::int16_t part2,
                                      std::int16_t count2) {
-    frmLinearGraph graph(measureSeams(), this);
+    frmLinearGraph graph(measureSeams(), SwitchOf(m_ctx->family), this);
     graph.Init(part, count, part2, count2);
     m_ctx->prompts.runModal(graph);
 }

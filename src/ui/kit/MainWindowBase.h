@@ -36,6 +36,7 @@ class MainWindowBase : public QWidget, public WindowUi {
     ~MainWindowBase() override;
 
     WindowContext& context() { return *m_ctx; }
+    const WindowContext& context() const { return *m_ctx; }
     Application& application() { return m_app; }
     ControlView& view() { return m_view; }
     // What the plots measure through: this window's context, the station's fixture and the
@@ -91,6 +92,10 @@ class MainWindowBase : public QWidget, public WindowUi {
     void run(const std::function<void()>& handler);
     // After a handler was abandoned on a device failure.
     virtual void afterDeviceFailure() {}
+    // Around every handler run() runs (the outermost one when they nest): whatever the window
+    // does on its own between commands stops before a command and may go on after it.
+    virtual void commandStarting() {}
+    virtual void commandFinished() {}
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -98,12 +103,19 @@ class MainWindowBase : public QWidget, public WindowUi {
   private:
     // While the simulated programmer is the device: says so, and opens its bench.
     QWidget* simulatedProgrammerBadge();
+    // Buttons that share their key with the same command of the other part.
+    void shareKeysBetweenParts();
+    // The copy of a shared-key command that the key acts on: the one in the part that holds
+    // the focus, else the first one that can be pressed.
+    QAbstractButton* sharedKeyTarget(QAbstractButton* pressed) const;
 
     Application& m_app;
     QScrollArea* m_scroll = nullptr;
     QWidget* m_content = nullptr;
     bool m_sizedForScreen = false;
+    int m_running = 0;
     QHash<QObject*, QLabel*> m_labelOfBox;
+    QHash<QObject*, QList<QAbstractButton*>> m_sharedKeys;
     QLabel* m_notice = nullptr;
     // Wait windows made earlier and hidden again, for the next command to show.
     std::vector<QPointer<waitform>> m_idleWaitForms;

@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QThread>
+#include <algorithm>
 
 #include "domain/AppTitle.h"
 #include "ui/kit/BusyCursor.h"
@@ -38,14 +39,17 @@ QString QtPrompts::openFileName(const QString& title, const QString& suggested) 
 }
 
 QString QtPrompts::saveFileName(const QString& title, const QString& suggested,
-                                const QStringList& filters) {
+                                const QStringList& filters, int* chosenFilter) {
     const ArrowWhileAsking arrow;
-    QString chosenFilter;
+    QString selectedFilter;
     // The program asks its own overwrite question after adding an ending.
     const QString name = QFileDialog::getSaveFileName(
         QApplication::activeWindow(), title, suggested, filters.join(QStringLiteral(";;")),
-        &chosenFilter, QFileDialog::DontConfirmOverwrite);
-    return NameWithFilterEnding(name, chosenFilter);
+        &selectedFilter, QFileDialog::DontConfirmOverwrite);
+    if (chosenFilter) {
+        *chosenFilter = std::max(0, static_cast<int>(filters.indexOf(selectedFilter)));
+    }
+    return NameWithFilterEnding(name, selectedFilter);
 }
 
 void QtPrompts::runModal(QDialog& dialog) {

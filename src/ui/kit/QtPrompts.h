@@ -19,8 +19,8 @@ class QtPrompts : public Prompts {
     void message(const QString& text) override;
     bool question(const QString& text) override;
     QString openFileName(const QString& title, const QString& suggested) override;
-    QString saveFileName(const QString& title, const QString& suggested,
-                         const QStringList& filters) override;
+    QString saveFileName(const QString& title, const QString& suggested, const QStringList& filters,
+                         int* chosenFilter) override;
     void runModal(QDialog& dialog) override;
 };
 

@@ -328,6 +328,15 @@ void TransferCurvePlot::setReadings(PartReadings readings) {
     update();
 }
 
+void TransferCurvePlot::setCaption(const QString& caption) {
+    if (caption == m_caption) {
+        return;
+    }
+    m_caption = caption;
+    setAccessibleDescription(caption);
+    update();
+}
+
 void TransferCurvePlot::setMarkedPoints(int count) {
     m_markedPoints = count;
     update();
@@ -350,6 +359,22 @@ void TransferCurvePlot::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     PaintTransferCurves(painter, size(), shownParts(), m_markedPoints, *m_curves, *m_rounded,
                         m_readings);
+    double captionBottom = 0;
+    if (!m_caption.isEmpty()) {
+        // In the band above the grid, centred, clear of the read-out and the legend.
+        QFont bold = font();
+        bold.setBold(true);
+        painter.setFont(bold);
+        const QFontMetricsF metrics(bold);
+        const QSizeF text = metrics.size(0, m_caption);
+        const QRectF box(QPointF((width() - text.width()) / 2 - 6, 4), text + QSizeF(12, 4));
+        painter.fillRect(box, QColor(255, 235, 235));
+        painter.setPen(QColor(0xa0, 0, 0));
+        painter.drawRect(box);
+        painter.drawText(box, Qt::AlignCenter, m_caption);
+        painter.setFont(font());
+        captionBottom = box.bottom();
+    }
     if (!m_hover) {
         return;
     }
@@ -369,7 +394,7 @@ void TransferCurvePlot::paintEvent(QPaintEvent* /*event*/) {
     const QString text = hoverText();
     const QRectF box = QRectF(QPointF(6, 6), QFontMetricsF(font()).size(0, text))
                            .adjusted(-4, -2, 4, 2)
-                           .translated(4, 2);
+                           .translated(4, 2 + captionBottom);
     painter.fillRect(box, QColor(255, 255, 224));
     painter.setPen(Qt::black);
     painter.drawRect(box);

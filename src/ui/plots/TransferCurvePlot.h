@@ -95,6 +95,10 @@ class TransferCurvePlot : public QWidget {
     ShownParts shownParts() const;
 
     // How many of the points A..D are marked: 4 in the Linear Graph, 2 in the point windows.
+    // A warning over the plot about what is drawn (a curve the chip does not hold); empty: none.
+    // A screen reader reads it as the plot's description.
+    void setCaption(const QString& caption);
+    const QString& caption() const { return m_caption; }
     void setMarkedPoints(int count);
     int markedPoints() const { return m_markedPoints; }
 
@@ -132,6 +136,7 @@ class TransferCurvePlot : public QWidget {
     std::optional<double> m_hover;  // the angle under the pointer, in whole degrees
     PartsSource m_source;
     int m_markedPoints = 4;
+    QString m_caption;
     QSize m_preferredSize{880, 440};
     const CurveTables* m_curves;
     const RoundedImages* m_rounded;

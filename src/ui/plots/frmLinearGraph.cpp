@@ -49,8 +49,12 @@ QString pointText(const std::array<std::int16_t, 8>& points, int point) {
 
 }  // namespace
 
-frmLinearGraph::frmLinearGraph(const MeasureSeams& seams, QWidget* parent)
-    : QDialog(parent), m_session(seams.ctx.session), m_prompts(seams.ctx.prompts) {
+frmLinearGraph::frmLinearGraph(const MeasureSeams& seams, const QString& source, QWidget* parent)
+    : QDialog(parent),
+      m_session(seams.ctx.session),
+      m_prompts(seams.ctx.prompts),
+      m_source(source.isEmpty() ? QStringLiteral("Linear Graph")
+                                : QStringLiteral("Linear Graph of window \"%1\"").arg(source)) {
     setObjectName(QStringLiteral("frmLinearGraph"));
     setWindowTitle(QStringLiteral("Linear Graph"));
 
@@ -98,7 +102,7 @@ frmLinearGraph::frmLinearGraph(const MeasureSeams& seams, QWidget* parent)
     exportButton->setToolTip(
         QStringLiteral("Saves the curve as a picture (PNG, SVG) or as its rows (CSV)"));
     connect(exportButton, &QPushButton::clicked, this,
-            [this] { ExportCurveCommand(*m_plot, m_lastExport, m_prompts); });
+            [this] { ExportCurveCommand(*m_plot, m_source, m_lastExport, m_prompts); });
     values->addWidget(exportButton, kRows + 2, 0, 1, 3, Qt::AlignLeft);
 
     m_measure = new MeasurePanel(seams, *m_plot, this);

@@ -22,8 +22,10 @@ struct MeasureSeams;
 class frmLinearGraph : public QDialog {
     Q_OBJECT
   public:
-    // Measures through the window that opens it.
-    explicit frmLinearGraph(const MeasureSeams& seams, QWidget* parent = nullptr);
+    // Measures through the window that opens it; an exported picture names `source` (the
+    // window's switch) as where it comes from.
+    explicit frmLinearGraph(const MeasureSeams& seams, const QString& source = QString(),
+                            QWidget* parent = nullptr);
 
     // count2 = 0 and part2 = 0: `part` alone; otherwise Part#1 with `count` points and Part#2
     // with `count2`. Only the low four bits of a count are used.
@@ -42,6 +44,7 @@ class frmLinearGraph : public QDialog {
 
     DeviceSession& m_session;
     Prompts& m_prompts;
+    QString m_source;
     std::int16_t m_firstPart = 0;
     std::int16_t m_firstCount = 0;
     std::int16_t m_secondCount = 0;

@@ -7,13 +7,17 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "device/DeviceSession.h"
 #include "device/FieldValidation.h"
+#include "device/WindowContext.h"
 #include "procedures/points/PointPreparation.h"
 #include "procedures/shared/Connection.h"
 #include "procedures/shared/SettingsCommands.h"
+#include "rk31/DeviceError.h"
 #include "ui/kit/CommandHelp.h"
 #include "ui/plots/CurveExport.h"
 #include "ui/plots/MeasurePanel.h"
@@ -28,6 +32,10 @@ const char* const kPointLetters[] = {"A", "B"};
 
 QString partCaption(int part) {
     return QStringLiteral("Part#") + QString::number(part + 1);
+}
+
+QString watchedAngleName(int part) {
+    return QStringLiteral("Angle now, %1").arg(partCaption(part));
 }
 
 }  // namespace
@@ -101,17 +109,26 @@ int PointProgrammingWindow::addPointBoxes(QGridLayout* grid, int row, int part, 
             [&ctx, index] { ValidateField(ctx, Field::Level, index); }, frame);
         const QString angleLabel = tr("Angle %1 (deg)").arg(letter);
         const QString levelLabel = tr("Level %1 [%VDD]").arg(letter);
+        // Point B is taught by turning the magnet: what the part senses meanwhile shows beside it.
+        QLabel* watched = k == 1 && !m_traits.offsets ? addWatchedAngle(part, frame) : nullptr;
         if (m_traits.bothParts) {
             // Narrow columns: the two parts stand side by side.
             grid->addWidget(buddyLabel(angleLabel, angle, frame), row, 0);
             grid->addWidget(angle, row++, 1);
+            if (watched) {
+                grid->addWidget(watched, row++, 1);
+            }
             grid->addWidget(buddyLabel(levelLabel, level, frame), row, 0);
             grid->addWidget(level, row++, 1);
         } else {
             grid->addWidget(buddyLabel(angleLabel, angle, frame), row, 0);
             grid->addWidget(angle, row, 1);
             grid->addWidget(buddyLabel(levelLabel, level, frame), row, 2);
-            grid->addWidget(level, row++, 3);
+            grid->addWidget(level, row, 3);
+            if (watched) {
+                grid->addWidget(watched, row, 4);
+            }
+            ++row;
         }
     }
     return row;
@@ -159,17 +176,17 @@ QGroupBox* PointProgrammingWindow::buildOnePartFrame() {
     auto* grid = new QGridLayout(points);
     const int row = addPointBoxes(grid, 0, 0, points);
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(addCommand(ctl::SetpointA, tr("Set point A"),
-                                  [this] { SetPointACommand(context(), m_traits); }));
-    auto* setPointB =
-        addCommand(ctl::SetpointB, m_traits.offsets ? tr("Program") : tr("Set point B"),
-                   [this] { this->setPointB(); });
+    buttons->addWidget(addCommand(ctl::SetpointA, tr("Set point A"), [this] { setPointA(); }));
+    auto* setPointB = addCommand(ctl::SetpointB, pointBCaption(), [this] { this->setPointB(); });
     if (m_traits.offsets) {
         ApplyHelp(*setPointB,
                   {u'r', tr("Programs the part with point A, and point B and DP at their offsets "
                             "from it, then powers it off")});
     }
     buttons->addWidget(setPointB);
+    if (!m_traits.offsets) {
+        buttons->addWidget(addWatchToggle(points));
+    }
     buttons->addStretch(1);
     grid->addLayout(buttons, row, 0, 1, 4);
     column->addWidget(points);
@@ -194,11 +211,11 @@ QGroupBox* PointProgrammingWindow::buildDualFrame() {
     }
     column->addLayout(parts);
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(addCommand(ctl::SetpointA, tr("Set point A"),
-                                  [this] { SetPointACommand(context(), m_traits); }));
+    buttons->addWidget(addCommand(ctl::SetpointA, tr("Set point A"), [this] { setPointA(); }));
     buttons->addWidget(addCommand(ctl::SetpointB, tr("Set point B"), [this] { setPointB(); }));
     buttons->addWidget(
         addCommand(ctl::GetDP, tr("Get DP"), [this] { PointGetDPCommand(context(), m_traits); }));
+    buttons->addWidget(addWatchToggle(partFrame));
     buttons->addStretch(1);
     column->addLayout(buttons);
     return partFrame;
@@ -215,7 +232,8 @@ QLayout* PointProgrammingWindow::buildTopBar() {
     }
     bar->addStretch(1);
     bar->addWidget(addButton(ctl::exportCurve, -1, tr("Export\u2026"), [this] {
-        ExportCurveCommand(*m_plot, m_lastExport, context().prompts);
+        ExportCurveCommand(*m_plot, tr("window \"%1\"").arg(SwitchOf(FamilyOf(m_traits), m_traits)),
+                           m_lastExport, context().prompts);
     }));
     bar->addWidget(
         addButton(ctl::mOpen, -1, tr("Load Settings"), [&ctx] { LoadSettingsCommand(ctx); }));
@@ -274,12 +292,45 @@ void PointProgrammingWindow::buildUi() {
     finishUi();
 }
 
+std::vector<int> PointProgrammingWindow::commandParts() const {
+    if (m_traits.bothParts) {
+        return {0, 1};
+    }
+    return {context().selectedPart()};
+}
+
+QString PointProgrammingWindow::pointBCaption() const {
+    return m_traits.offsets ? tr("Program") : tr("Set point B");
+}
+
+void PointProgrammingWindow::setPointA() {
+    const bool ready = context().view.isEnabled(ctl::SetpointB);
+    SetPointACommand(context(), m_traits);
+    if (ready || !context().view.isEnabled(ctl::SetpointB)) {
+        return;  // nothing was taken
+    }
+    for (const int part : commandParts()) {
+        m_curveCaption[static_cast<std::size_t>(part)] =
+            tr("Earlier curve: point A is new, %1 programs the new one").arg(pointBCaption());
+    }
+}
+
 void PointProgrammingWindow::setPointB() {
     const CurveTables before = context().session.CurveTable;
     const bool programmed = SetPointBCommand(context(), m_traits);
+    const bool newCurve = context().session.CurveTable != before;
     // A new curve, whatever the programming reported: what was measured belongs to the old one.
-    if (context().session.CurveTable != before) {
+    if (newCurve) {
         m_measure->clear();
+    }
+    for (const int part : commandParts()) {
+        QString& caption = m_curveCaption[static_cast<std::size_t>(part)];
+        if (programmed) {
+            caption.clear();
+        } else if (newCurve || context().view.isEnabled(ctl::SetpointA)) {
+            // The command went as far as programming (the buttons start over) and failed.
+            caption = tr("Not in the chip: the last %1 failed").arg(pointBCaption());
+        }
     }
     if (!programmed) {
         return;
@@ -288,8 +339,89 @@ void PointProgrammingWindow::setPointB() {
                                       : partCaption(context().selectedPart()));
 }
 
+QLabel* PointProgrammingWindow::addWatchedAngle(int part, QWidget* frame) {
+    auto* label = new QLabel(frame);
+    label->setObjectName(controlName(QStringLiteral("watchedAngle"), part));
+    label->setAccessibleName(watchedAngleName(part));
+    label->setMinimumWidth(
+        label->fontMetrics().horizontalAdvance(QStringLiteral("now 359.99\u00B0")));
+    m_watchedAngle[static_cast<std::size_t>(part)] = label;
+    return label;
+}
+
+QCheckBox* PointProgrammingWindow::addWatchToggle(QWidget* frame) {
+    m_watch = new QCheckBox(tr("Watch angle"), frame);
+    m_watch->setObjectName(QStringLiteral("watchAngle"));
+    ApplyHelp(*m_watch,
+              {u'w', tr("Between Set point A and Set point B, reads the angle the part senses "
+                        "%1 times a second and shows it beside Angle B")
+                         .arg(1000 / kWatchIntervalMs)});
+    m_watchTimer = new QTimer(this);
+    m_watchTimer->setInterval(kWatchIntervalMs);
+    connect(m_watchTimer, &QTimer::timeout, this, [this] { watchTick(); });
+    connect(m_watch, &QCheckBox::toggled, this, [this] { updateWatch(); });
+    return m_watch;
+}
+
+void PointProgrammingWindow::commandStarting() {
+    // Every command's device calls stay exactly its own.
+    if (m_watchTimer) {
+        m_watchTimer->stop();
+    }
+}
+
+void PointProgrammingWindow::commandFinished() {
+    updateWatch();
+}
+
+void PointProgrammingWindow::updateWatch() {
+    if (!m_watchTimer) {
+        return;
+    }
+    const WindowContext& ctx = context();
+    bool watching = m_watch->isChecked() && ctx.view.isEnabled(ctl::SetpointB) && ctx.powered;
+    for (const int part : commandParts()) {
+        watching = watching && ctx.session.ChipState[static_cast<std::size_t>(part)] == OwiMode;
+    }
+    if (watching && !m_watchTimer->isActive()) {
+        m_watchTimer->start();
+        watchTick();
+    } else if (!watching) {
+        m_watchTimer->stop();
+        for (QLabel* label : m_watchedAngle) {
+            if (label) {
+                label->clear();
+                label->setAccessibleName(watchedAngleName(label == m_watchedAngle[1] ? 1 : 0));
+            }
+        }
+    }
+}
+
+void PointProgrammingWindow::watchTick() {
+    for (const int part : commandParts()) {
+        QLabel* label = m_watchedAngle[static_cast<std::size_t>(part)];
+        // One box in the one-part windows, for whichever part is chosen.
+        if (!label) {
+            label = m_watchedAngle[0];
+        }
+        QString shown;
+        try {
+            float angle = 0;
+            context().session.device().ReadAngle(static_cast<std::int16_t>(part), angle);
+            shown = tr("now %1\u00B0").arg(QLocale::c().toString(angle, 'f', 2));
+        } catch (const DeviceError&) {
+            // The commands report a lost programmer; watching just stops.
+            m_watchTimer->stop();
+            shown = tr("no reading");
+        }
+        label->setText(shown);
+        label->setAccessibleName(watchedAngleName(part) + QStringLiteral(": ") + shown);
+    }
+}
+
 void PointProgrammingWindow::refreshPictures() {
     if (m_plot) {
+        m_plot->setCaption(m_curveCaption[static_cast<std::size_t>(commandParts().front())]);
         m_plot->update();
     }
     if (m_measure) {

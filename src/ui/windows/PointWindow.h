@@ -1,11 +1,16 @@
 #pragma once
 
+#include <array>
+
 #include "procedures/points/PointCommands.h"
 #include "ui/kit/MainWindowBase.h"
 
+class QCheckBox;
 class QGridLayout;
 class QGroupBox;
+class QLabel;
 class QLayout;
+class QTimer;
 
 namespace rk31 {
 
@@ -24,8 +29,13 @@ class PointProgrammingWindow : public MainWindowBase {
 
     const PointWindowTraits& traits() const { return m_traits; }
 
+    // How often "Watch angle" reads the angle.
+    static constexpr int kWatchIntervalMs = 250;
+
   protected:
     void afterDeviceFailure() override;
+    void commandStarting() override;
+    void commandFinished() override;
 
   private:
     void buildUi();
@@ -40,8 +50,19 @@ class PointProgrammingWindow : public MainWindowBase {
     // A command button after whose handler the pictures are repainted.
     QAbstractButton* addCommand(const QString& name, const QString& caption,
                                 std::function<void()> handler);
+    // Set point A, marking the drawn curve as the earlier one.
+    void setPointA();
     // Set point B, with the note that the part was programmed.
     void setPointB();
+    // The parts the point commands act on now.
+    std::vector<int> commandParts() const;
+    QString pointBCaption() const;
+    // The box that shows the watched angle of a part, beside its Angle B.
+    QLabel* addWatchedAngle(int part, QWidget* frame);
+    QCheckBox* addWatchToggle(QWidget* frame);
+    // Watching runs while it is asked for and point A is taken with the part(s) in OWI mode.
+    void updateWatch();
+    void watchTick();
     // Repaints what shows the stored curve and the directions.
     void refreshPictures();
 
@@ -50,6 +71,11 @@ class PointProgrammingWindow : public MainWindowBase {
     MeasurePanel* m_measure = nullptr;
     SensorSketch* m_sketch = nullptr;
     QString m_lastExport;
+    // Per part: what the plot says over that part's curve.
+    std::array<QString, 2> m_curveCaption;
+    QCheckBox* m_watch = nullptr;
+    std::array<QLabel*, 2> m_watchedAngle{};
+    QTimer* m_watchTimer = nullptr;
 };
 
 }  // namespace rk31

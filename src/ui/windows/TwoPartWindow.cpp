@@ -18,6 +18,7 @@
 #include "procedures/twopart/ProgramAction.h"
 #include "procedures/twopart/SessionCommands.h"
 #include "procedures/twopart/WindowCommands.h"
+#include "ui/kit/CommandHelp.h"
 
 namespace rk31 {
 
@@ -198,7 +199,12 @@ QGroupBox* TwoPartWindow::buildPartFrame(int part) {
         step->setObjectName(controlName(name, part));
         step->setArrowType(arrow);
         step->setAccessibleName(accessible);
-        step->setToolTip(accessible);
+        // No letter of "HYS up" or "HYS down" is free in a part, and the arrows say it anyway.
+        step->setShortcut(QKeySequence(Qt::ALT | (direction > 0 ? Qt::Key_Up : Qt::Key_Down)));
+        const QString help = HelpFor(name, part, context().family).toolTip;
+        step->setAccessibleDescription(help);
+        step->setToolTip(help + QStringLiteral(" (") +
+                         step->shortcut().toString(QKeySequence::NativeText) + u')');
         const int dir = direction;
         connect(step, &QToolButton::clicked, this,
                 [this, p, dir] { run([this, p, dir] { HysStep(context(), p, dir); }); });

@@ -40,6 +40,8 @@ FaultsPanel::FaultsPanel(std::shared_ptr<SimulatedBox> box, QWidget* parent)
     addValues(grid, row);
     grid->setColumnStretch(0, 1);
     grid->setRowStretch(row, 1);
+    // What a switch turned on stands out at once, not at the next look at the box.
+    connect(this, &FaultsPanel::switched, this, &FaultsPanel::refresh);
     refresh();
 }
 

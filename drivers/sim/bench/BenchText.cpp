@@ -52,7 +52,7 @@ QString IdentificationText(const SimulatedBox& box, int part) {
     const std::int32_t word = die.locked ? 0xF0 | (die.chipId & 0x0F) : die.chipId;
     QString text = QStringLiteral("&H") + QString::number(word, 16).toUpper();
     if (box.config.idError & (1u << part)) {
-        text += QStringLiteral(", reads 511 (id_error)");
+        text += QStringLiteral(", reads 511");
     }
     return text;
 }
@@ -69,6 +69,35 @@ QString OutputText(const SimulatedBox& box, int part) {
         return die.powered ? QStringLiteral("none in OWI mode") : QStringLiteral("none");
     }
     return fixed(box.output(part), 2) + QStringLiteral(" %VDD");
+}
+
+QStringList FaultsOn(const SimulatedBox& box) {
+    QStringList on;
+    for (const PartsSetting& setting : PartsSettings()) {
+        const bool first = box.partSetting(setting, 0);
+        const bool second = box.partSetting(setting, 1);
+        if (first || second) {
+            on << QStringLiteral("%1 (%2)").arg(QString::fromLatin1(setting.title),
+                                                first && second ? QStringLiteral("both parts")
+                                                : first         ? QStringLiteral("Part #1")
+                                                                : QStringLiteral("Part #2"));
+        }
+    }
+    for (const FlagSetting& setting : FlagSettings()) {
+        if (box.config.*setting.flag) {
+            on << QString::fromLatin1(setting.title);
+        }
+    }
+    if (box.config.writeBufferCode != 0) {
+        on << QStringLiteral("WriteBufferToDevice code %1").arg(box.config.writeBufferCode);
+    }
+    if (box.config.dacStatus != 0) {
+        on << QStringLiteral("DAC calibration status %1").arg(box.config.dacStatus);
+    }
+    if (box.config.outputOverride) {
+        on << QStringLiteral("Fixed output reading %1 %").arg(fixed(*box.config.outputOverride, 2));
+    }
+    return on;
 }
 
 }  // namespace rk31::sim

@@ -25,5 +25,8 @@ QString IdentificationText(const SimulatedBox& box, int part);
 QString VddText(const SimulatedBox& box, int part);
 // What MeasureOutput reads now in %VDD, or why there is no output.
 QString OutputText(const SimulatedBox& box, int part);
+// The faults switched on now, for a person: "EEPROM failure (Part #2)", "Hardware version
+// failure", "WriteBufferToDevice code 3".
+QStringList FaultsOn(const SimulatedBox& box);
 
 }  // namespace rk31::sim

@@ -2,7 +2,6 @@
 
 #include <QCheckBox>
 #include <QFormLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -23,8 +22,8 @@ DiePanel::DiePanel(std::shared_ptr<SimulatedBox> box, int part, QWidget* parent)
     m_form->setVerticalSpacing(0);
     layout->addLayout(m_form);
 
-    QWidget* supply = supplyRow();
-    m_form->addRow(BuddyLabel(QStringLiteral("Supply"), m_supply, this), supply);
+    addSupply();
+    m_vdd = addRow(QStringLiteral("VDD"), QStringLiteral("vdd"));
     m_mode = addRow(QStringLiteral("Mode"), QStringLiteral("mode"));
     m_lock = addRow(QStringLiteral("Communication"), QStringLiteral("lock"));
     m_id = addRow(QStringLiteral("Identification"), QStringLiteral("id"));
@@ -41,9 +40,8 @@ DiePanel::DiePanel(std::shared_ptr<SimulatedBox> box, int part, QWidget* parent)
     refresh();
 }
 
-QWidget* DiePanel::supplyRow() {
-    auto* row = new QWidget(this);
-    m_supply = new QCheckBox(QStringLiteral("on"), row);
+void DiePanel::addSupply() {
+    m_supply = new QCheckBox(QStringLiteral("on"), this);
     m_supply->setObjectName(QStringLiteral("supply_%1").arg(m_part));
     m_supply->setToolTip(
         QStringLiteral("Switches the die's supply as a bench supply would: on, "
@@ -56,13 +54,7 @@ QWidget* DiePanel::supplyRow() {
         }
         refresh();
     });
-    m_vdd = new QLabel(row);
-    m_vdd->setObjectName(QStringLiteral("vdd_%1").arg(m_part));
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_supply);
-    layout->addWidget(m_vdd, 1);
-    return row;
+    m_form->addRow(BuddyLabel(QStringLiteral("Supply"), m_supply, this), m_supply);
 }
 
 QLabel* DiePanel::addRow(const QString& caption, const QString& name) {
@@ -77,7 +69,7 @@ void DiePanel::refresh() {
     const SimulatedBox& box = *m_box;
     const Die& die = box.dies[static_cast<std::size_t>(m_part)];
     CheckQuietly(m_supply, die.powered);
-    ShowText(m_vdd, die.powered ? QStringLiteral("VDD ") + VddText(box, m_part) : QString());
+    ShowText(m_vdd, VddText(box, m_part));
     ShowText(m_mode, ModeText(die.mode));
     ShowText(m_lock, die.locked ? QStringLiteral("locked for good") : QStringLiteral("open"));
     ShowText(m_id, IdentificationText(box, m_part));

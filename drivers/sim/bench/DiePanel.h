@@ -25,7 +25,7 @@ class DiePanel : public QGroupBox {
 
   private:
     QLabel* addRow(const QString& caption, const QString& name);
-    QWidget* supplyRow();
+    void addSupply();
 
     std::shared_ptr<SimulatedBox> m_box;
     int m_part;

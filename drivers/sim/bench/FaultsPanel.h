@@ -11,8 +11,9 @@ class QGridLayout;
 
 namespace rk31::sim {
 
-// Every setting RK31_SIM knows beyond the magnet and the port, switched on the running box under
-// its RK31_SIM name; the simulator reads them at the next device call.
+// Every setting RK31_SIM knows beyond the magnet and the port, switched on the running box (the
+// RK31_SIM name in each control's tip); the simulator reads them at the next device call. The
+// faults that are on stand out.
 class FaultsPanel : public QGroupBox {
     Q_OBJECT
   public:
@@ -20,6 +21,10 @@ class FaultsPanel : public QGroupBox {
 
     // Shows what the box holds now (a die locked by CommLock, settings changed by a test).
     void refresh();
+
+  signals:
+    // A setting was changed here.
+    void switched();
 
   private:
     void addPartSwitches(QGridLayout* grid, int& row);

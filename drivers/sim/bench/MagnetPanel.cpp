@@ -79,15 +79,16 @@ MagnetPanel::MagnetPanel(std::shared_ptr<SimulatedBox> box, QWidget* parent)
     auto* grid = new QGridLayout(this);
     grid->addWidget(m_dial, 0, 0, 4, 1);
     grid->addWidget(BuddyLabel(QStringLiteral("Angle now"), m_now, this), 0, 1);
-    grid->addWidget(m_now, 0, 2, 1, 2);
+    grid->addWidget(m_now, 0, 2);
     grid->addWidget(BuddyLabel(QStringLiteral("&Angle (deg)"), m_angle, this), 1, 1);
-    grid->addWidget(m_angle, 1, 2, 1, 2);
+    grid->addWidget(m_angle, 1, 2);
     grid->addWidget(BuddyLabel(QStringLiteral("&Speed (deg/s)"), m_speed, this), 2, 1);
     grid->addWidget(m_speed, 2, 2);
-    grid->addWidget(m_rotate, 2, 3);
-    grid->addWidget(m_refusal, 4, 0, 1, 4);
+    // Under the speed it starts, so that the panel stays narrow.
+    grid->addWidget(m_rotate, 3, 2);
+    grid->addWidget(m_refusal, 4, 0, 1, 3);
     grid->setColumnStretch(2, 1);
-    grid->setRowStretch(3, 1);
+    grid->setRowStretch(5, 1);
     refresh();
 }
 

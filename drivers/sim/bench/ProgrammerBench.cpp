@@ -9,6 +9,7 @@
 #include <QShowEvent>
 
 #include "sim/bench/BenchControls.h"
+#include "sim/bench/BenchText.h"
 #include "sim/bench/DiePanel.h"
 #include "sim/bench/FaultsPanel.h"
 #include "sim/bench/MagnetPanel.h"
@@ -30,9 +31,15 @@ ProgrammerBench::ProgrammerBench(Simulation simulation, QWidget* parent)
     }
     m_faults = new FaultsPanel(box, this);
     m_traffic = new TrafficPanel(m_simulation.traffic, this);
+    m_faultsOn = new QLabel(this);
+    m_faultsOn->setObjectName(QStringLiteral("faultsOn"));
+    m_faultsOn->setWordWrap(true);
+    m_faultsOn->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    connect(m_faults, &FaultsPanel::switched, this, &ProgrammerBench::showFaultsOn);
 
-    // What is set on the left, what happens on the right; small enough to sit beside a main
-    // window on a 1280 x 720 screen, leaving its controls in view.
+    // The faults that are on first; what is set on the left, what happens on the right. Narrow
+    // enough to sit beside a main window on a 1920 x 1080 screen, low enough to fit on a
+    // 1366 x 768 one.
     auto* settings = new QVBoxLayout;
     settings->addWidget(m_magnet);
     settings->addWidget(m_faults, 1);
@@ -46,9 +53,11 @@ ProgrammerBench::ProgrammerBench(Simulation simulation, QWidget* parent)
     columns->addLayout(settings);
     columns->addLayout(happenings, 1);
     auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_faultsOn);
     layout->addLayout(columns, 1);
     layout->addWidget(scenarioBar());
 
+    m_simulation.traffic->setRecording(true);
     m_timer.setInterval(kRefreshMs);
     connect(&m_timer, &QTimer::timeout, this, &ProgrammerBench::refresh);
     refresh();
@@ -88,12 +97,18 @@ QWidget* ProgrammerBench::scenarioBar() {
     return bar;
 }
 
+QSize ProgrammerBench::sizeHint() const {
+    // The traffic view and the scenario text would take any width; they share what is left.
+    return QWidget::sizeHint().boundedTo(QSize(800, 680)).expandedTo(minimumSizeHint());
+}
+
 void ProgrammerBench::refresh() {
     m_magnet->refresh();
     for (DiePanel* die : m_dies) {
         die->refresh();
     }
     m_faults->refresh();
+    showFaultsOn();
     m_traffic->refresh();
     ShowText(m_chip, QStringLiteral("Chip %1").arg(m_simulation.box->chipNumber()));
     const QString text = simText();
@@ -102,6 +117,23 @@ void ProgrammerBench::refresh() {
         m_simText->setCursorPosition(0);
         m_copied->clear();
     }
+}
+
+void ProgrammerBench::showFaultsOn() {
+    const QStringList on = FaultsOn(*m_simulation.box);
+    const QString text = on.isEmpty()
+                             ? QStringLiteral("No faults on")
+                             : QStringLiteral("Faults on: ") + on.join(QStringLiteral(", "));
+    if (m_faultsOn->text() == text) {
+        return;
+    }
+    m_faultsOn->setText(text);
+    m_faultsOn->setAccessibleName(text);
+    // A fault that is on is the first thing a person sees; none on, a quiet line.
+    m_faultsOn->setStyleSheet(
+        on.isEmpty() ? QStringLiteral("color: #505050; padding: 3px;")
+                     : QStringLiteral("font-weight: bold; color: #b00020; background: #fde8ec; "
+                                      "border: 1px solid #b00020; padding: 3px;"));
 }
 
 QString ProgrammerBench::simText() const {
@@ -114,18 +146,15 @@ void ProgrammerBench::copySimText() {
 }
 
 void ProgrammerBench::showEvent(QShowEvent* event) {
-    m_simulation.traffic->setRecording(true);
     refresh();
     m_timer.start();
     QWidget::showEvent(event);
 }
 
 void ProgrammerBench::hideEvent(QHideEvent* event) {
+    // Closed or minimised, the recorder goes on gathering the traffic (in its bounded ring) for
+    // the next look.
     m_timer.stop();
-    // Minimised, the bench still gathers the traffic; closed, it costs nothing.
-    if (!event->spontaneous()) {
-        m_simulation.traffic->setRecording(false);
-    }
     QWidget::hideEvent(event);
 }
 

@@ -18,7 +18,8 @@ class TrafficPanel;
 
 // The simulated programmer's bench: the magnet, both dies, the faults and the device traffic of
 // one simulation, steered live through the simulator's public interface. Everything runs on the
-// GUI thread; it refreshes on its own timer while shown and records traffic only then.
+// GUI thread; it refreshes on its own timer while shown, and the traffic is recorded from the
+// moment it exists, shown or not.
 class ProgrammerBench : public QWidget {
     Q_OBJECT
   public:
@@ -32,6 +33,9 @@ class ProgrammerBench : public QWidget {
     // Puts simText() on the clipboard.
     void copySimText();
     TrafficPanel& traffic() { return *m_traffic; }
+    // Modest: beside a main window about 1070 pixels wide on a 1920 x 1080 screen, and on a
+    // 1366 x 768 one whole.
+    QSize sizeHint() const override;
 
   protected:
     void showEvent(QShowEvent* event) override;
@@ -39,6 +43,7 @@ class ProgrammerBench : public QWidget {
 
   private:
     QWidget* scenarioBar();
+    void showFaultsOn();
 
     Simulation m_simulation;
     QTimer m_timer;
@@ -46,6 +51,7 @@ class ProgrammerBench : public QWidget {
     std::array<DiePanel*, 2> m_dies{};
     FaultsPanel* m_faults = nullptr;
     TrafficPanel* m_traffic = nullptr;
+    QLabel* m_faultsOn = nullptr;
     QLineEdit* m_simText = nullptr;
     QLabel* m_copied = nullptr;
     QLabel* m_chip = nullptr;

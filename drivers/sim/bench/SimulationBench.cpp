@@ -4,12 +4,17 @@
 #include <QWidget>
 #include <QtGlobal>
 #include <algorithm>
+#include <array>
+#include <limits>
 
 #include "sim/bench/ProgrammerBench.h"
 
 namespace rk31::sim {
 
-SimulationBench::SimulationBench(Simulation simulation) : m_simulation(std::move(simulation)) {}
+SimulationBench::SimulationBench(Simulation simulation) : m_simulation(std::move(simulation)) {
+    // From the first window that offers the bench on: opened later, it shows every call.
+    m_simulation.traffic->setRecording(true);
+}
 
 SimulationBench::~SimulationBench() = default;
 
@@ -24,28 +29,54 @@ void SimulationBench::open(QWidget* window) {
         const QScreen* screen = main->screen();
         // The bench's frame is not known before it is first shown: take the main window's.
         const QSize decoration = main->frameGeometry().size() - main->geometry().size();
-        const QPoint frameAt = PlaceBeside(main->frameGeometry(), m_window->size() + decoration,
-                                           screen ? screen->availableGeometry() : QRect());
-        m_window->move(frameAt);
+        const QRect frame = PlaceBench(main->frameGeometry(), m_window->size() + decoration,
+                                       screen ? screen->availableGeometry() : QRect());
+        m_window->resize(frame.size() - decoration);
+        m_window->move(frame.topLeft());
     }
     m_window->showNormal();
     m_window->raise();
     m_window->activateWindow();
 }
 
-QPoint PlaceBeside(const QRect& main, const QSize& size, const QRect& screen) {
+QRect PlaceBench(const QRect& main, const QSize& size, const QRect& screen) {
     if (screen.isEmpty()) {
-        return main.topRight() + QPoint(1, 0);
+        return {main.topRight() + QPoint(1, 0), size};
     }
-    const int top = std::clamp(main.top(), screen.top(),
-                               std::max(screen.top(), screen.bottom() + 1 - size.height()));
-    if (main.right() + 1 + size.width() <= screen.right() + 1) {
-        return {main.right() + 1, top};
+    const QSize fit = size.boundedTo(screen.size());
+    const auto inX = [&](int x) {
+        return std::clamp(x, screen.left(), screen.right() + 1 - fit.width());
+    };
+    const auto inY = [&](int y) {
+        return std::clamp(y, screen.top(), screen.bottom() + 1 - fit.height());
+    };
+    const int top = inY(main.top());
+    const int left = inX(main.left());
+    const std::array<QPoint, 4> besides{{{main.right() + 1, top},
+                                         {main.left() - fit.width(), top},
+                                         {left, main.bottom() + 1},
+                                         {left, main.top() - fit.height()}}};
+    for (const QPoint& at : besides) {
+        if (screen.contains(QRect(at, fit))) {
+            return {at, fit};
+        }
     }
-    if (main.left() - size.width() >= screen.left()) {
-        return {main.left() - size.width(), top};
+    // No room beside it: against an edge of the screen, hiding as little of it as can be.
+    const std::array<QPoint, 4> overlapping{{{inX(screen.right() + 1), top},
+                                             {screen.left(), top},
+                                             {left, inY(screen.bottom() + 1)},
+                                             {left, screen.top()}}};
+    QRect best;
+    qint64 hidden = std::numeric_limits<qint64>::max();
+    for (const QPoint& at : overlapping) {
+        const QRect over = QRect(at, fit).intersected(main);
+        const qint64 area = over.isEmpty() ? 0 : qint64{over.width()} * over.height();
+        if (area < hidden) {
+            hidden = area;
+            best = QRect(at, fit);
+        }
     }
-    return {std::max(screen.left(), screen.right() + 1 - size.width()), top};
+    return best;
 }
 
 }  // namespace rk31::sim

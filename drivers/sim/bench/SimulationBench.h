@@ -11,7 +11,7 @@ namespace rk31::sim {
 class ProgrammerBench;
 
 // The bench of a simulation, the simulated programmer's DeviceBench. The window is only built
-// when first opened.
+// when first opened; the traffic is recorded from the start.
 class SimulationBench : public DeviceBench {
   public:
     explicit SimulationBench(Simulation simulation);
@@ -28,8 +28,9 @@ class SimulationBench : public DeviceBench {
     std::unique_ptr<ProgrammerBench> m_window;
 };
 
-// Where a window of `size` (frame included) goes beside the frame `main` on `screen`: right of
-// it, else left of it, else over its right part at the screen's right edge; never off screen.
-QPoint PlaceBeside(const QRect& main, const QSize& size, const QRect& screen);
+// Where a window of `size` (frame included) goes beside the frame `main` within `screen` (the
+// screen's available area): right of it, else left, else below, else above; else against an
+// edge of the screen over as little of it as can be. Shrunk to the screen when larger.
+QRect PlaceBench(const QRect& main, const QSize& size, const QRect& screen);
 
 }  // namespace rk31::sim

@@ -5,16 +5,19 @@
 
 namespace rk31::sim {
 
-void TrafficModel::append(std::vector<DeviceCall> calls) {
+void TrafficModel::append(std::vector<DeviceCall> calls, std::size_t missedBefore) {
+    m_missed += missedBefore;
     if (calls.empty()) {
         return;
     }
     if (calls.size() > kCapacity) {
+        m_missed += calls.size() - kCapacity;
         calls.erase(calls.begin(), calls.end() - static_cast<std::ptrdiff_t>(kCapacity));
     }
     const std::size_t total = m_calls.size() + calls.size();
     const std::size_t overflow = total > kCapacity ? total - kCapacity : 0;
     if (overflow > 0) {
+        m_missed += overflow;
         beginRemoveRows({}, 0, static_cast<int>(overflow) - 1);
         m_calls.erase(m_calls.begin(), m_calls.begin() + static_cast<std::ptrdiff_t>(overflow));
         endRemoveRows();
@@ -28,6 +31,7 @@ void TrafficModel::append(std::vector<DeviceCall> calls) {
 void TrafficModel::clear() {
     beginResetModel();
     m_calls.clear();
+    m_missed = 0;
     endResetModel();
 }
 

@@ -23,6 +23,15 @@ namespace {
 const QString kHint =
     QStringLiteral("Every call the program makes to the programmer appears here.");
 
+QString missedText(std::size_t missed) {
+    return (missed == 1 ? QStringLiteral("1 earlier call was dropped")
+                        : QStringLiteral("%1 earlier calls were dropped").arg(missed)) +
+           QStringLiteral(
+               ": the bench keeps the newest %1 calls; a device log (RK31_DEVICE_LOG) "
+               "keeps every call.")
+               .arg(TrafficModel::kCapacity);
+}
+
 }  // namespace
 
 TrafficPanel::TrafficPanel(std::shared_ptr<TrafficRecorder> traffic, QWidget* parent)
@@ -70,6 +79,12 @@ TrafficPanel::TrafficPanel(std::shared_ptr<TrafficRecorder> traffic, QWidget* pa
     m_view->setColumnWidth(TrafficModel::Arguments,
                            metrics.horizontalAdvance(QStringLiteral("0, 14, Single:200.5, 1  ")));
 
+    m_missed = new QLabel(this);
+    m_missed->setObjectName(QStringLiteral("trafficMissed"));
+    m_missed->setWordWrap(true);
+    m_missed->setStyleSheet(QStringLiteral("color: #b00020;"));
+    m_missed->hide();
+
     m_status = new QLabel(this);
     m_status->setObjectName(QStringLiteral("trafficStatus"));
     m_status->setWordWrap(true);
@@ -84,6 +99,7 @@ TrafficPanel::TrafficPanel(std::shared_ptr<TrafficRecorder> traffic, QWidget* pa
     bar->addWidget(save);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(bar);
+    layout->addWidget(m_missed);
     layout->addWidget(m_view, 1);
     layout->addWidget(m_status);
 }
@@ -92,18 +108,26 @@ void TrafficPanel::refresh() {
     if (m_pause->isChecked()) {
         return;
     }
+    const std::size_t dropped = m_traffic->dropped();
     auto calls = m_traffic->take();
-    if (calls.empty()) {
+    if (calls.empty() && dropped == 0) {
         return;
     }
     // Newest at the bottom: a view scrolled to the end follows the traffic, one scrolled up to
     // read stays where it is.
     const QScrollBar* scroll = m_view->verticalScrollBar();
     const bool following = scroll->value() == scroll->maximum();
-    m_model->append(std::move(calls));
+    m_model->append(std::move(calls), dropped);
+    showMissed();
     if (following) {
         m_view->scrollToBottom();
     }
+}
+
+void TrafficPanel::showMissed() {
+    const std::size_t missed = m_model->missed();
+    m_missed->setVisible(missed > 0);
+    ShowText(m_missed, missed > 0 ? missedText(missed) : QString());
 }
 
 QStringList TrafficPanel::shownLines() const {
@@ -154,6 +178,7 @@ void TrafficPanel::chooseFileAndSave() {
 void TrafficPanel::clear() {
     m_traffic->take();
     m_model->clear();
+    showMissed();
     m_status->setText(kHint);
     m_status->setStyleSheet(QString());
 }

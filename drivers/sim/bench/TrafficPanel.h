@@ -16,7 +16,8 @@ namespace rk31::sim {
 class TrafficModel;
 
 // The device calls as they happen, the same calls and texts as RK31_DEVICE_LOG: pause, clear,
-// a filter over every column, and Save… to a text file in the log's own format.
+// a filter over every column, and Save… to a text file in the log's own format. A line above
+// the calls says how many it could not keep.
 class TrafficPanel : public QGroupBox {
     Q_OBJECT
   public:
@@ -32,6 +33,7 @@ class TrafficPanel : public QGroupBox {
   private:
     void chooseFileAndSave();
     void clear();
+    void showMissed();
 
     std::shared_ptr<TrafficRecorder> m_traffic;
     TrafficModel* m_model = nullptr;
@@ -39,6 +41,7 @@ class TrafficPanel : public QGroupBox {
     QTableView* m_view = nullptr;
     QLineEdit* m_filter = nullptr;
     QPushButton* m_pause = nullptr;
+    QLabel* m_missed = nullptr;
     QLabel* m_status = nullptr;
     QString m_lastFile;
 };

@@ -69,19 +69,45 @@ class BenchWindowTest : public QObject {
         }
     }
 
-    void opensAtStartOnlyWhenAskedAndBesideTheMainWindow() {
+    void opensAtStartOnlyWhenAsked() {
         for (const char* value : {"", "0", "yes", "1"}) {
             qputenv("RK31_BENCH", value);
             QCOMPARE(StartSettings::FromEnvironment().openBench, QByteArray(value) == "1");
         }
         qunsetenv("RK31_BENCH");
-        // Room on the right; on the left only; none: at the right edge, kept on screen.
-        const std::pair<QRect, QPoint> cases[] = {{{0, 0, 500, 400}, {500, 0}},
-                                                  {{700, 100, 500, 400}, {100, 100}},
-                                                  {{100, 300, 1080, 580}, {680, 220}}};
-        for (const auto& [main, expected] : cases) {
-            QCOMPARE(sim::PlaceBeside(main, {600, 500}, {0, 0, 1280, 720}), expected);
+    }
+
+    // Where the bench's frame goes: beside the main window's frame (right, else left), else
+    // below or above it, else against an edge of the screen's available area over as little
+    // of it as can be; shrunk to that area when larger.
+    void placedBesideOrOverTheMainWindowWithinTheScreen() {
+        const QRect wide(0, 0, 1920, 1040);
+        const QRect small(0, 0, 1366, 728);
+        const QSize bench(830, 710);
+        struct Case {
+            QRect screen, main;
+            QSize size;
+            QRect expected;
+        };
+        const Case cases[] = {
+            {wide, {0, 0, 1075, 770}, bench, {{1075, 0}, bench}},      // right
+            {wide, {845, 100, 1075, 770}, bench, {{15, 100}, bench}},  // left
+            {wide, {420, 135, 1075, 770}, bench, {{1090, 135}, bench}},
+            {wide, {0, 0, 1900, 300}, bench, {{0, 300}, bench}},   // below
+            {wide, {0, 720, 1900, 320}, bench, {{0, 10}, bench}},  // above
+            {small, {0, 0, 1075, 640}, bench, {{536, 0}, bench}},
+            {small, {100, 50, 600, 400}, {1500, 900}, small},
+            {{1920, 0, 1366, 728}, {1920, 0, 400, 300}, bench, {{2320, 0}, bench}},
+        };
+        for (const auto& [screen, main, size, expected] : cases) {
+            QCOMPARE(sim::PlaceBench(main, size, screen), expected);
         }
+        // As it opens, with a window frame: beside a main window of 1075 on a 1920 x 1080
+        // screen, whole on a 1366 x 768 one.
+        ProgrammerBench window(harness->programmer.simulation());
+        const QSize framed = window.sizeHint() + QSize(10, 30);
+        QCOMPARE(sim::PlaceBench({0, 0, 1075, 770}, framed, wide), QRect({1075, 0}, framed));
+        QCOMPARE(sim::PlaceBench({0, 0, 1075, 640}, framed, small).size(), framed);
     }
 
     void switchesReachTheSimulator() {
@@ -277,6 +303,117 @@ class BenchWindowTest : public QObject {
         click(&bench, "trafficClear");
         find<QLineEdit>(&bench, "trafficFilter")->clear();
         QVERIFY(bench.traffic().shownLines().isEmpty());
+    }
+
+    // The faults that are on are listed at the top, for a screen reader too, as soon as one is
+    // switched on the bench or on the box, and their rows stand out.
+    void faultsThatAreOnAreListedAtTheTop() {
+        ProgrammerBench bench(harness->programmer.simulation());
+        sim::SimulatedBox& box = harness->box();
+        auto* summary = find<QLabel>(&bench, "faultsOn");
+        QCOMPARE(summary->text(), QStringLiteral("No faults on"));
+        click(&bench, "id_error", 0);
+        click(&bench, "eeprom_fail", 1);
+        click(&bench, "version_fail");
+        const QString three =
+            "Faults on: Identification read error (Part #1), EEPROM failure "
+            "(Part #2), Hardware version failure";
+        QCOMPARE(summary->text(), three);
+        QCOMPARE(summary->accessibleName(), three);
+        const auto marked = [&bench](const char* name) {
+            return find<QWidget>(&bench, name)->styleSheet().contains("bold");
+        };
+        QCOMPARE(
+            std::tuple(marked("eeprom_fail_1"), marked("eeprom_fail_0"), marked("channel_fail")),
+            std::tuple(true, false, false));
+
+        box.config = {};
+        box.dies[0].locked = box.dies[1].locked = true;
+        box.config.writeBufferCode = 3;
+        box.config.dacStatus = 6;
+        box.config.outputOverride = 120.0f;
+        bench.refresh();
+        QCOMPARE(summary->text(),
+                 "Faults on: Communication locked for good (both parts), WriteBufferToDevice code "
+                 "3, DAC calibration status 6, Fixed output reading 120.00 %");
+        QVERIFY(!marked("version_fail") && marked("outputFixed"));
+    }
+
+    // Every label of a small plot is there, beside its axis and on its tick, inside the plot,
+    // clear of its neighbours; the angles turn upright only when they do not fit across.
+    void plotLabelsSitOnTheirTicksClearOfTheAxes() {
+        const sim::CharacteristicPlot plot(sim::PartColour(0));
+        const QFontMetricsF metrics(plot.labelFont());
+        const std::pair<QSize, bool> cases[] = {
+            {plot.minimumSizeHint(), true}, {plot.sizeHint(), true}, {{480, 260}, false}};
+        for (const auto& [size, turned] : cases) {
+            const sim::PlotLayout layout = sim::LayOutPlot(size, metrics);
+            const QRectF inside(0, 0, size.width(), size.height());
+            QStringList angles;
+            for (std::size_t i = 0; i < layout.angles.size(); ++i) {
+                const auto& label = layout.angles[i];
+                angles << label.text;
+                QCOMPARE(label.turned, turned);
+                QVERIFY(inside.contains(label.box));
+                QVERIFY(label.box.top() > layout.area.bottom());
+                QVERIFY(qAbs(label.box.center().x() - layout.x(label.value)) <= 1);
+                QVERIFY(i == 0 || !label.box.intersects(layout.angles[i - 1].box));
+            }
+            QCOMPARE(angles.join(' '), "0 30 60 90 120 150 180 210 240 270 300 330 360");
+            QStringList levels;
+            for (const auto& label : layout.levels) {
+                levels << label.text;
+                QVERIFY(inside.contains(label.box));
+                QVERIFY(label.box.right() < layout.area.left());
+                QVERIFY(qAbs(label.box.center().y() - layout.y(label.value)) <= 1);
+            }
+            QCOMPARE(levels.join(' '), "0 25 50 75 100");
+        }
+    }
+
+    // Calls made while the bench is closed are there when it opens again, line by line as the
+    // device log has them; what the bench could not keep, a line counts.
+    void trafficRecordedWhileClosedMatchesTheDeviceLog() {
+        QTemporaryDir dir;
+        StartSettings withLog;
+        withLog.deviceLog = dir.filePath("device.log");
+        harness = std::make_unique<Bench>(sim::SimConfig{}, withLog);
+        sim::SimulationBench& offered = bench();  // as the main window offers it
+        const auto device = harness->app.createDevice();
+        std::int32_t out = 0;
+        device->OpenChannel(QVariant(1), out);
+        offered.open(nullptr);
+        ProgrammerBench* window = offered.window();
+        window->close();
+        device->PowerOnChip(0, out);
+        float angle = 0;
+        QVERIFY_THROWS_EXCEPTION(DeviceError, device->ReadAngle(7, angle));
+        offered.open(nullptr);
+        // Read whole: a device log is no settings file, whatever its size.
+        const auto logged = [&withLog] {
+            QFile file(withLog.deviceLog);
+            file.open(QIODevice::ReadOnly | QIODevice::Text);
+            return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+        };
+        QCOMPARE(window->traffic().shownLines(), logged());
+        auto* missed = find<QLabel>(window, "trafficMissed");
+        QVERIFY(missed->isHidden());
+
+        window->close();
+        const auto calls = static_cast<int>(sim::TrafficRecorder::kCapacity) + 5;
+        std::int32_t major = 0;
+        std::int32_t minor = 0;
+        for (int call = 0; call < calls; ++call) {
+            device->GetHardwareVersion(major, minor, out, out);
+        }
+        offered.open(nullptr);
+        QCOMPARE(window->traffic().shownLines(), logged().mid(logged().size() - 10000));
+        QCOMPARE(missed->text(),
+                 "8 earlier calls were dropped: the bench keeps the newest 10000 calls; a device "
+                 "log (RK31_DEVICE_LOG) keeps every call.");
+        QVERIFY(!missed->isHidden());
+        click(window, "trafficClear");
+        QVERIFY(missed->isHidden());
     }
 };
 

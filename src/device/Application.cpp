@@ -1,5 +1,7 @@
 #include "device/Application.h"
 
+#include <QSettings>
+#include <QStandardPaths>
 #include <QtGlobal>
 #include <cstdio>
 
@@ -25,6 +27,11 @@ StartSettings StartSettings::FromEnvironment() {
     settings.driverPath = qEnvironmentVariable("RK31_DRIVER_PATH").split(u':', Qt::SkipEmptyParts);
     settings.deviceLog = qEnvironmentVariable("RK31_DEVICE_LOG");
     settings.openBench = qEnvironmentVariable("RK31_BENCH") == u"1";
+    settings.preferencesFile =
+        qEnvironmentVariableIsSet("RK31_PREFERENCES")
+            ? qEnvironmentVariable("RK31_PREFERENCES")
+            : QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                  QStringLiteral("/rk31gui/preferences.ini");
     return settings;
 }
 
@@ -100,6 +107,14 @@ std::shared_ptr<QZ7734Device> Application::createDevice() {
     return WrapWithLog(std::move(device), sinks.size() == 1
                                               ? sinks.front()
                                               : std::make_shared<TrafficTee>(std::move(sinks)));
+}
+
+QSettings* Application::preferences() {
+    if (!m_preferences && !m_settings.preferencesFile.isEmpty()) {
+        m_preferences =
+            std::make_unique<QSettings>(m_settings.preferencesFile, QSettings::IniFormat);
+    }
+    return m_preferences.get();
 }
 
 }  // namespace rk31

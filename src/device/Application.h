@@ -2,6 +2,8 @@
 
 #include <QString>
 #include <QStringList>
+
+class QSettings;
 #include <memory>
 #include <vector>
 
@@ -28,6 +30,9 @@ struct StartSettings {
     QStringList driverPath;  // RK31_DRIVER_PATH: further driver folders
     QString deviceLog;       // RK31_DEVICE_LOG: the file the device calls go to
     bool openBench = false;  // RK31_BENCH=1: the driver's bench opens with the main window
+    // RK31_PREFERENCES: where the windows remember the settings folder, the last port and their
+    // places between starts (by default in the user's configuration folder); empty: nowhere.
+    QString preferencesFile;
 
     static StartSettings FromEnvironment();
 };
@@ -62,6 +67,9 @@ class Application {
 
     // A further listener to every call of the device objects created from now on.
     void watchTraffic(std::shared_ptr<DeviceTrafficSink> sink);
+    // What the windows remember between starts, or nullptr when nothing is to be remembered.
+    QSettings* preferences();
+
     // Why the device log could not be opened or written (the first failure), or empty.
     const QString& deviceLogFailure() const { return m_logFailure; }
 
@@ -79,6 +87,7 @@ class Application {
     NoPorts m_noPorts;
     std::vector<std::shared_ptr<DeviceTrafficSink>> m_watchers;
     QString m_logFailure;
+    std::unique_ptr<QSettings> m_preferences;
     DeviceSession m_session;
 };
 

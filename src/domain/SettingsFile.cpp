@@ -437,13 +437,8 @@ bool SaveSettingsFile(const QStringList& lines, QString& lastName, Prompts& prom
     return true;
 }
 
-std::optional<QStringList> OpenSettingsFile(QString& lastName, Prompts& prompts) {
-    const QString chosen = prompts.openFileName(SelectFileTitle, lastName);
-    if (chosen.isEmpty()) {
-        return std::nullopt;
-    }
-    lastName = chosen;
-    LoadedLines loaded = LoadLines(chosen);
+std::optional<QStringList> ReadSettingsFile(const QString& path, Prompts& prompts) {
+    LoadedLines loaded = LoadLines(path);
     if (loaded.error != 0) {
         prompts.message(LoadErrorMessage(loaded.error));
         return std::nullopt;

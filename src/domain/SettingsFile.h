@@ -164,8 +164,8 @@ LoadedLines LoadLines(const QString& path);
 // the file was written.
 bool SaveSettingsFile(const QStringList& lines, QString& lastName, Prompts& prompts);
 
-// The load command up to the file's lines: file dialog, reading and the error message of a
-// file that cannot be read. Nothing after a cancelled dialog or a shown message.
-std::optional<QStringList> OpenSettingsFile(QString& lastName, Prompts& prompts);
+// The load command once a file is chosen: the lines of `path`, or nothing after the message of
+// a file that cannot be read.
+std::optional<QStringList> ReadSettingsFile(const QString& path, Prompts& prompts);
 
 }  // namespace rk31

@@ -58,9 +58,15 @@ class NoObjectDriver : public DeviceDriver {
     std::shared_ptr<QZ7734Device> create(const QString&) override { return nullptr; }
 };
 
+StartSettings logTo(const QString& log) {
+    StartSettings settings;
+    settings.deviceLog = log;
+    return settings;
+}
+
 struct Program {
     explicit Program(const QString& log, DeviceDriver* driver)
-        : app({{}, {}, log}, prompts, pause, driver) {}
+        : app(logTo(log), prompts, pause, driver) {}
     test::ScriptedPrompts prompts;
     test::RecordingPause pause;
     Application app;

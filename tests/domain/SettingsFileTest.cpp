@@ -160,24 +160,22 @@ TEST(SettingsFileIO, SaveAndOpenCommands) {
     QTemporaryDir dir;
     test::ScriptedPrompts prompts;
     QString lastName;
-    // Cancelled dialogs: nothing written, nothing read, nothing said.
+    // A cancelled dialog: nothing written, nothing said.
     EXPECT_FALSE(SaveSettingsFile({"x"}, lastName, prompts));
-    EXPECT_FALSE(OpenSettingsFile(lastName, prompts).has_value());
     EXPECT_TRUE(QDir(dir.path()).isEmpty() && prompts.messages.isEmpty());
 
     const QString base = dir.filePath("profile");
-    prompts.fileNames = {base, dir.filePath("no/such/folder/p.txt"), base, dir.path()};
+    prompts.fileNames = {base, dir.filePath("no/such/folder/p.txt")};
     EXPECT_TRUE(SaveSettingsFile({"first"}, lastName, prompts));
     EXPECT_FALSE(SaveSettingsFile({"x"}, lastName, prompts));
-    // Loading takes the name as chosen: no ".txt" is added. A folder cannot be read: error 75.
-    EXPECT_FALSE(OpenSettingsFile(lastName, prompts).has_value());
-    EXPECT_FALSE(OpenSettingsFile(lastName, prompts).has_value());
+    // Loading takes the name as it is: no ".txt" is added. A folder cannot be read: error 75.
+    EXPECT_FALSE(ReadSettingsFile(base, prompts).has_value());
+    EXPECT_FALSE(ReadSettingsFile(dir.path(), prompts).has_value());
     EXPECT_EQ(
         prompts.messages,
         QStringList({"Error happens when saving to file!", "The selected file cannot be found!",
                      "Error with number:75 occurs! Please check the integrity of profile file!"}));
-    prompts.fileNames = {base + ".txt"};
-    EXPECT_EQ(OpenSettingsFile(lastName, prompts), QStringList{"first"});
+    EXPECT_EQ(ReadSettingsFile(base + ".txt", prompts), QStringList{"first"});
 }
 
 // Whatever stands at the chosen name is asked about before it is replaced; answered No, it stays.

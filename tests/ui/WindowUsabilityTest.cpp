@@ -3,8 +3,12 @@
 // and captions keeping their mnemonics are checked where those commands are.)
 #include <QAccessible>
 #include <QAccessibleActionInterface>
+#include <QComboBox>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 
@@ -123,6 +127,84 @@ class WindowUsabilityTest : public QObject {
             QVERIFY(bench->trace().filter("(0)").isEmpty());
         }
         QVERIFY(find(&window, "PowerOn", 0)->toolTip().contains("acts on the part"));
+    }
+
+    // The settings folder, the port that connected and where the window stood, across starts;
+    // a settings file dropped on a window loads as Load Settings loads it.
+    void theWindowsRememberAcrossStarts() {
+        bench.reset();
+        QTemporaryDir dir;
+        StartSettings settings;
+        settings.preferencesFile = dir.filePath("preferences.ini");
+        sim::SimConfig config;
+        config.programmerPort = 3;
+        const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+        const QString profile = dir.filePath("profile.txt");
+        {
+            Bench first(config, settings);
+            auto window = first.window(2);
+            auto* base = static_cast<MainWindowBase*>(window.get());
+            window->show();
+            typeInto(window.get(), "Level", 0, "12.5");
+            first.prompts.fileNames = {dir.filePath("profile")};
+            click(window.get(), "mSaveAs");
+            QCOMPARE(base->notice(), "Settings saved to " + QDir::toNativeSeparators(profile));
+            scriptPortChoice(first.prompts, "COM3");
+            click(window.get(), "connect");
+            QCOMPARE(first.session().ProgrammerConnected, 1);
+            window->setGeometry(screen.right() + 500, screen.bottom() + 300, 700, 450);
+            window->close();
+        }
+        Bench second(config, settings);
+        auto window = second.window(2);
+        auto* base = static_cast<MainWindowBase*>(window.get());
+        window->show();
+        QVERIFY(QRect(screen).contains(window->geometry()));
+        QCOMPARE(window->size(), QSize(700, 450));
+        click(window.get(), "mOpen");  // cancelled
+        QCOMPARE(second.prompts.suggestedNames, QStringList{dir.path() + '/'});
+        QString preselected;
+        second.prompts.dialogScripts.push_back([&preselected](QDialog& dialog) {
+            preselected = dialog.findChild<QComboBox*>("Port")->currentText();
+            dialog.reject();
+        });
+        click(window.get(), "connect");
+        QCOMPARE(preselected, "COM3");
+
+        for (const auto& [file, notice, messages] :
+             {std::tuple{profile, "Settings loaded from " + QDir::toNativeSeparators(profile),
+                         QStringList()},
+              std::tuple{dir.filePath("missing.txt"), QString(),
+                         QStringList{"The selected file cannot be found!"}}}) {
+            QMimeData data;
+            data.setUrls({QUrl::fromLocalFile(file)});
+            QDragEnterEvent enter({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, {});
+            QApplication::sendEvent(window.get(), &enter);
+            QVERIFY(enter.isAccepted());
+            QDropEvent drop({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, {});
+            QApplication::sendEvent(window.get(), &drop);
+            QCOMPARE(base->notice(), notice);
+            QCOMPARE(second.prompts.messages, messages);
+        }
+        QCOMPARE(textOf(window.get(), "Level", 0), "12.50");
+    }
+
+    void aWindowIsKeptWholeOnTheScreen_data() {
+        QTest::addColumn<QRect>("wanted");
+        QTest::addColumn<QRect>("placed");
+        const QRect screen(0, 0, 1366, 728);
+        // clang-format off
+        QTest::newRow("inside stays") << QRect(100, 100, 800, 500) << QRect(100, 100, 800, 500);
+        QTest::newRow("off the right") << QRect(1900, 100, 800, 500) << QRect(558, 100, 800, 500);
+        QTest::newRow("above the top") << QRect(10, -400, 800, 500) << QRect(10, 32, 800, 500);
+        QTest::newRow("larger than the screen") << QRect(0, 0, 1920, 1080) << QRect(8, 32, 1350, 688);
+        // clang-format on
+    }
+
+    void aWindowIsKeptWholeOnTheScreen() {
+        QFETCH(QRect, wanted);
+        QFETCH(QRect, placed);
+        QCOMPARE(FitInside(wanted, QRect(0, 0, 1366, 728)), placed);
     }
 
     void partEnableFollowsAnAssistiveToggle() {

@@ -52,14 +52,26 @@ void revalidate(WindowContext& ctx) {
 
 }  // namespace
 
-void SaveSettingsCommand(WindowContext& ctx) {
-    SaveSettingsFile(SettingsLinesOf(ctx.view, ctx.family), ctx.lastFileName, ctx.prompts);
+QString SaveSettingsCommand(WindowContext& ctx) {
+    if (!SaveSettingsFile(SettingsLinesOf(ctx.view, ctx.family), ctx.lastFileName, ctx.prompts)) {
+        return {};
+    }
+    return SettingsFilePath(ctx.lastFileName);
 }
 
-void LoadSettingsCommand(WindowContext& ctx) {
-    const auto lines = OpenSettingsFile(ctx.lastFileName, ctx.prompts);
+QString LoadSettingsCommand(WindowContext& ctx) {
+    const QString chosen = ctx.prompts.openFileName(SelectFileTitle, ctx.lastFileName);
+    if (chosen.isEmpty()) {
+        return {};
+    }
+    ctx.lastFileName = chosen;
+    return LoadSettingsFrom(ctx, chosen);
+}
+
+QString LoadSettingsFrom(WindowContext& ctx, const QString& path) {
+    const auto lines = ReadSettingsFile(path, ctx.prompts);
     if (!lines) {
-        return;
+        return {};
     }
     const SettingsReadResult result =
         ApplySettingsLines(*lines, ctx.family, ctx.view, [&ctx](const SettingsLine& line) {
@@ -69,9 +81,10 @@ void LoadSettingsCommand(WindowContext& ctx) {
         });
     if (result.error != 0) {
         ctx.prompts.message(LoadErrorMessage(result.error));
-        return;
+        return {};
     }
     revalidate(ctx);
+    return path;
 }
 
 }  // namespace rk31

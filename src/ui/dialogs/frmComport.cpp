@@ -92,6 +92,13 @@ void frmComport::RefreshPortList() {
     }
 }
 
+void frmComport::preselect(const QString& entry) {
+    const int at = m_port->findText(entry);
+    if (!entry.isEmpty() && at >= 0) {
+        m_port->setCurrentIndex(at);
+    }
+}
+
 void frmComport::connectClicked() {
     const QString text = m_port->currentText();
     const auto port = text.isEmpty() ? std::nullopt : PortNumberFromText(text);

@@ -32,6 +32,8 @@ class frmComport : public QDialog {
 
     // The chosen port; 0 when the user chose not to connect or closed the dialog.
     std::int16_t SelectedCOM() const { return m_selectedCOM; }
+    // Selects the entry (a port that connected last time) when the probe lists it.
+    void preselect(const QString& entry);
 
     void RefreshPortList();
 

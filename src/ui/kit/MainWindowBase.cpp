@@ -3,24 +3,32 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QCoreApplication>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileInfo>
 #include <QFocusEvent>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
+#include <QSettings>
 #include <QShortcut>
 #include <QTime>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "device/Application.h"
 #include "device/DeviceSession.h"
 #include "domain/AppTitle.h"
 #include "domain/Prompts.h"
+#include "procedures/shared/SettingsCommands.h"
 #include "rk31/DeviceBench.h"
 #include "rk31/DeviceError.h"
 #include "ui/dialogs/About.h"
@@ -38,6 +46,22 @@ namespace rk31 {
 namespace {
 
 constexpr int kNumberBoxWidth = 84;
+
+const QString kFolderKey = QStringLiteral("settingsFolder");
+const QString kPortKey = QStringLiteral("lastPort");
+
+QString geometryKey(const QString& className) {
+    return QStringLiteral("geometry/") + className;
+}
+
+// The one local file dropped, or empty.
+QString droppedFile(const QMimeData* data) {
+    if (!data || !data->hasUrls() || data->urls().size() != 1 ||
+        !data->urls().front().isLocalFile()) {
+        return {};
+    }
+    return data->urls().front().toLocalFile();
+}
 
 // The wait window of one sequence; unloading it when the sequence ends or is abandoned.
 // A wait window borrowed from its main window's idle ones: a dialog is made once and shown
@@ -92,6 +116,15 @@ class ContentScrollArea : public QScrollArea {
 
 }  // namespace
 
+QRect FitInside(QRect wanted, const QRect& available) {
+    // Room for a usual frame: borders, and a title bar above.
+    const QRect room = available.adjusted(8, 32, -8, -8);
+    wanted.setSize(wanted.size().boundedTo(room.size()));
+    wanted.moveLeft(std::clamp(wanted.left(), room.left(), room.right() + 1 - wanted.width()));
+    wanted.moveTop(std::clamp(wanted.top(), room.top(), room.bottom() + 1 - wanted.height()));
+    return wanted;
+}
+
 MainWindowBase::MainWindowBase(Application& app, WindowFamily family, const QString& className,
                                QWidget* parent)
     : QWidget(parent), m_app(app), m_view(this) {
@@ -108,6 +141,13 @@ MainWindowBase::MainWindowBase(Application& app, WindowFamily family, const QStr
     m_content->setObjectName(QStringLiteral("content"));
     m_scroll->setWidget(m_content);
     layout->addWidget(m_scroll);
+    setAcceptDrops(true);
+    if (QSettings* remembered = m_app.preferences()) {
+        const QString folder = remembered->value(kFolderKey).toString();
+        if (!folder.isEmpty() && QFileInfo(folder).isDir()) {
+            m_ctx->lastFileName = folder + u'/';
+        }
+    }
 }
 
 void MainWindowBase::finishUi() {
@@ -164,9 +204,61 @@ void MainWindowBase::showEvent(QShowEvent* event) {
         if (const QScreen* shown = screen()) {
             const QSize room = shown->availableSize() - QSize(16, 48);
             resize(sizeHint().boundedTo(room).expandedTo(minimumSizeHint()));
+            // Where the window was last time, kept whole on the screen it now has.
+            const QSettings* remembered = m_app.preferences();
+            const QRect last =
+                remembered ? remembered->value(geometryKey(objectName())).toRect() : QRect();
+            if (last.isValid()) {
+                setGeometry(FitInside(last, shown->availableGeometry()));
+            }
         }
     }
     QWidget::showEvent(event);
+}
+
+void MainWindowBase::closeEvent(QCloseEvent* event) {
+    if (QSettings* remembered = m_app.preferences(); remembered && isWindow()) {
+        remembered->setValue(geometryKey(objectName()), geometry());
+    }
+    QWidget::closeEvent(event);
+}
+
+void MainWindowBase::dragEnterEvent(QDragEnterEvent* event) {
+    if (!droppedFile(event->mimeData()).isEmpty()) {
+        event->acceptProposedAction();
+    }
+}
+
+void MainWindowBase::dropEvent(QDropEvent* event) {
+    const QString path = droppedFile(event->mimeData());
+    if (path.isEmpty()) {
+        return;
+    }
+    event->acceptProposedAction();
+    showNotice(QString());
+    const BusyCursor busy;
+    run([this, path] {
+        m_ctx->lastFileName = path;
+        settingsFileUsed(LoadSettingsFrom(*m_ctx, path), tr("Settings loaded from %1"));
+    });
+}
+
+void MainWindowBase::loadSettings() {
+    settingsFileUsed(LoadSettingsCommand(*m_ctx), tr("Settings loaded from %1"));
+}
+
+void MainWindowBase::saveSettings() {
+    settingsFileUsed(SaveSettingsCommand(*m_ctx), tr("Settings saved to %1"));
+}
+
+void MainWindowBase::settingsFileUsed(const QString& path, const QString& notice) {
+    if (path.isEmpty()) {
+        return;
+    }
+    showNotice(notice.arg(QDir::toNativeSeparators(path)));
+    if (QSettings* remembered = m_app.preferences()) {
+        remembered->setValue(kFolderKey, QFileInfo(path).absolutePath());
+    }
 }
 
 MainWindowBase::~MainWindowBase() = default;
@@ -367,6 +459,12 @@ void MainWindowBase::run(const std::function<void()>& handler) {
         m_ctx->prompts.message(e.description());
         afterDeviceFailure();
     }
+    if (m_chosenPort != 0 && m_ctx->session.ProgrammerConnected != 0) {
+        if (QSettings* remembered = m_app.preferences()) {
+            remembered->setValue(kPortKey, QStringLiteral("COM%1").arg(m_chosenPort));
+        }
+        m_chosenPort = 0;
+    }
 }
 
 std::unique_ptr<WaitWindow> MainWindowBase::createWaitWindow(const QString& text) {
@@ -379,8 +477,12 @@ void MainWindowBase::processEvents() {
 
 std::int16_t MainWindowBase::choosePort() {
     frmComport dialog(m_app.ports(), m_ctx->prompts, this);
+    if (const QSettings* remembered = m_app.preferences()) {
+        dialog.preselect(remembered->value(kPortKey).toString());
+    }
     m_ctx->prompts.runModal(dialog);
-    return dialog.SelectedCOM();
+    m_chosenPort = dialog.SelectedCOM();
+    return m_chosenPort;
 }
 
 bool MainWindowBase::confirmCommLock() {

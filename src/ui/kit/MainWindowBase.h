@@ -23,6 +23,10 @@ namespace rk31 {
 
 class Application;
 
+// `wanted` (a window's geometry without its frame) moved, and shrunk where it must be, so that
+// the window and its frame lie inside `available` (a screen's available geometry).
+QRect FitInside(QRect wanted, const QRect& available);
+
 // What every main window shares, whichever variant it is: the window's context and control
 // view, the dialogs the window procedures open over it, boxes that are checked when they lose
 // the focus, and buttons whose handlers report a device failure instead of letting it escape.
@@ -97,12 +101,22 @@ class MainWindowBase : public QWidget, public WindowUi {
     virtual void commandStarting() {}
     virtual void commandFinished() {}
 
+    // Load Settings and Save Settings: the command, then a notice naming the file, and its
+    // folder remembered for the next dialog and the next start.
+    void loadSettings();
+    void saveSettings();
+
     bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    // A settings file dropped on the window loads as Load Settings loads it.
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
   private:
     // While the simulated programmer is the device: says so, and opens its bench.
     QWidget* simulatedProgrammerBadge();
+    void settingsFileUsed(const QString& path, const QString& notice);
     // Buttons that share their key with the same command of the other part.
     void shareKeysBetweenParts();
     // The copy of a shared-key command that the key acts on: the one in the part that holds
@@ -114,6 +128,8 @@ class MainWindowBase : public QWidget, public WindowUi {
     QWidget* m_content = nullptr;
     bool m_sizedForScreen = false;
     int m_running = 0;
+    // The port the dialog gave, remembered once a connect on it has succeeded.
+    std::int16_t m_chosenPort = 0;
     QHash<QObject*, QLabel*> m_labelOfBox;
     QHash<QObject*, QList<QAbstractButton*>> m_sharedKeys;
     QLabel* m_notice = nullptr;

@@ -235,10 +235,8 @@ QLayout* PointProgrammingWindow::buildTopBar() {
         ExportCurveCommand(*m_plot, tr("window \"%1\"").arg(SwitchOf(FamilyOf(m_traits), m_traits)),
                            m_lastExport, context().prompts);
     }));
-    bar->addWidget(
-        addButton(ctl::mOpen, -1, tr("Load Settings"), [&ctx] { LoadSettingsCommand(ctx); }));
-    bar->addWidget(
-        addButton(ctl::mSaveAs, -1, tr("Save Settings"), [&ctx] { SaveSettingsCommand(ctx); }));
+    bar->addWidget(addButton(ctl::mOpen, -1, tr("Load Settings"), [this] { loadSettings(); }));
+    bar->addWidget(addButton(ctl::mSaveAs, -1, tr("Save Settings"), [this] { saveSettings(); }));
     bar->addWidget(addButton(ctl::btnAbout, -1, tr("About"), [&ctx] { AboutCommand(ctx); }));
     return bar;
 }

@@ -87,10 +87,8 @@ QWidget* TwoPartWindow::buildTopBar() {
             addButton(ctl::PowerOn, -1, kPowerOnCaption, [&ctx] { PowerCommand(ctx, 0); }));
     }
     layout->addStretch(1);
-    layout->addWidget(
-        addButton(ctl::mOpen, -1, tr("Load Settings"), [&ctx] { LoadSettingsCommand(ctx); }));
-    layout->addWidget(
-        addButton(ctl::mSaveAs, -1, tr("Save Settings"), [&ctx] { SaveSettingsCommand(ctx); }));
+    layout->addWidget(addButton(ctl::mOpen, -1, tr("Load Settings"), [this] { loadSettings(); }));
+    layout->addWidget(addButton(ctl::mSaveAs, -1, tr("Save Settings"), [this] { saveSettings(); }));
     layout->addWidget(addButton(ctl::btnAbout, -1, tr("About"), [&ctx] { AboutCommand(ctx); }));
     return bar;
 }

@@ -337,6 +337,11 @@ class PointWindowsTest : public QObject {
             QCOMPARE(curveText(curve), t.curve);
         }
         QCOMPARE(curveText(ctx.session.CurveTable[1 - t.part]), QString());
+        const auto* plot = w->findChild<TransferCurvePlot*>("Picture1");
+        QCOMPARE(plot->caption(), t.messages.isEmpty()
+                                      ? QString()
+                                      : QStringLiteral("Not in the chip: %1 failed")
+                                            .arg(t.variant == 6 ? "Program" : "Set point B"));
         if (!t.messages.isEmpty()) {
             return;
         }
@@ -350,6 +355,34 @@ class PointWindowsTest : public QObject {
             QCOMPARE_LT(std::abs(bench->box().output(t.part) - CurveLevelAt(curve, angle).value()),
                         1.5);
         }
+        // A new point A: the curve drawn is the one before it.
+        if (power) {
+            click(w, "PowerOn");
+        }
+        click(w, "SetpointA");
+        QCOMPARE(plot->caption(), "Earlier curve: point A is new");
+    }
+
+    // Watch angle reads between the commands, never inside one, and only while point A is taken.
+    void watchAngleShowsTheSensedAngle() {
+        auto window = openPointWindow(*bench, 4, false);
+        QWidget* w = window.get();
+        auto* watch = find<QAbstractButton>(w, "watchAngle");
+        auto* shown = find<QLabel>(w, "watchedAngle", 0);
+        watch->click();
+        click(w, "PowerOn");
+        QTest::qWait(3 * PointProgrammingWindow::kWatchIntervalMs);
+        QCOMPARE(shown->text(), QString());  // point A not taken yet
+        bench->box().setMagnetAngle(40);
+        click(w, "SetpointA");
+        bench->box().setMagnetAngle(123.25);
+        QTRY_COMPARE(shown->text(), QStringLiteral("now 123.25\u00B0"));
+        QVERIFY(shown->accessibleName().endsWith("now 123.25\u00B0"));
+        bench->clearTrace();
+        click(w, "SetpointB");
+        QCOMPARE(bench->trace().filter("ReadAngle").size(), 1);  // Set point B's own
+        QCOMPARE(textOf(w, "Angle", 1), "123.25");
+        QCOMPARE(shown->text(), QString());
     }
 
     void teachesBothParts_data() {

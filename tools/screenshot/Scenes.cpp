@@ -187,8 +187,17 @@ void typeText(QWidget* window, const QString& name, const QString& text) {
 
 // How far a point window's scene goes: just opened, connected on the programmer's port, a part
 // taught at 40 and 170 degrees and programmed, and then measured with the fixture or, without
-// one, at three magnet positions turned by hand.
-enum class Stage { Offline, Connected, Programmed, Measured, MeasuredByHand };
+// one, at three magnet positions turned by hand; or the EEPROM refusing the program; or point A
+// taken and the angle watched while the magnet turns.
+enum class Stage {
+    Offline,
+    Connected,
+    Programmed,
+    Measured,
+    MeasuredByHand,
+    NotProgrammed,
+    Watching
+};
 
 std::unique_ptr<QWidget> pointWindow(SceneContext& context,
                                      std::unique_ptr<PointProgrammingWindow> window, Stage stage) {
@@ -225,6 +234,13 @@ std::unique_ptr<QWidget> pointWindow(SceneContext& context,
     context.programmer.box().setMagnetAngle(40, 0);
     clickButton(w, QStringLiteral("SetpointA"));
     context.programmer.box().setMagnetAngle(170, 0);
+    if (stage == Stage::Watching) {
+        w->findChild<QAbstractButton*>(QStringLiteral("watchAngle"))->click();
+        return window;
+    }
+    if (stage == Stage::NotProgrammed) {
+        context.programmer.box().config.eepromFail = 1;
+    }
     clickButton(w, QStringLiteral("SetpointB"));
     if (stage == Stage::Measured) {
         clickButton(w, QStringLiteral("measure"));
@@ -367,6 +383,10 @@ const std::vector<Scene>& AllScenes() {
         pointScene<MainForm2PointsProgrammingWithPwr>("point4_offline", Stage::Offline),
         pointScene<MainForm2PointsProgrammingWithPwr>("point4_connected", Stage::Connected),
         pointScene<MainForm2PointsProgrammingWithPwr>("point4_programmed", Stage::Programmed),
+        pointScene<MainForm2PointsProgrammingWithPwr>("point4_not_programmed",
+                                                      Stage::NotProgrammed),
+        pointScene<MainForm2PointsProgrammingWithPwr>("point4_watching", Stage::Watching),
+        pointScene<MainForm2PointsProgrammingforDual>("point3_watching", Stage::Watching),
         pointScene<MainForm2PointsProgrammingWithPwr>("point4_measured", Stage::Measured),
         pointScene<MainForm2PointsProgrammingforDualWithPwr>("point5_offline", Stage::Offline),
         pointScene<MainForm2PointsProgrammingforDualWithPwr>("point5_connected", Stage::Connected),

@@ -361,13 +361,15 @@ void TransferCurvePlot::paintEvent(QPaintEvent* /*event*/) {
                         m_readings);
     double captionBottom = 0;
     if (!m_caption.isEmpty()) {
-        // In the band above the grid, centred, clear of the read-out and the legend.
+        // In the band above the grid, from its left end, clear of the legend at the right (the
+        // read-out moves below it).
         QFont bold = font();
         bold.setBold(true);
         painter.setFont(bold);
         const QFontMetricsF metrics(bold);
         const QSizeF text = metrics.size(0, m_caption);
-        const QRectF box(QPointF((width() - text.width()) / 2 - 6, 4), text + QSizeF(12, 4));
+        const double left = PlotCanvas::PlotTransform(size()).map(QPointF(0, 0)).x();
+        const QRectF box(QPointF(left, 4), text + QSizeF(12, 4));
         painter.fillRect(box, QColor(255, 235, 235));
         painter.setPen(QColor(0xa0, 0, 0));
         painter.drawRect(box);

@@ -308,8 +308,10 @@ void PointProgrammingWindow::setPointA() {
         return;  // nothing was taken
     }
     for (const int part : commandParts()) {
-        m_curveCaption[static_cast<std::size_t>(part)] =
-            tr("Earlier curve: point A is new, %1 programs the new one").arg(pointBCaption());
+        const auto index = static_cast<std::size_t>(part);
+        if (DrawnSegmentCount(context().session.CurveTable[index]) > 0) {
+            m_curveCaption[index] = tr("Earlier curve: point A is new");
+        }
     }
 }
 
@@ -325,9 +327,9 @@ void PointProgrammingWindow::setPointB() {
         QString& caption = m_curveCaption[static_cast<std::size_t>(part)];
         if (programmed) {
             caption.clear();
-        } else if (newCurve || context().view.isEnabled(ctl::SetpointA)) {
+        } else if (!context().view.isEnabled(ctl::SetpointB)) {
             // The command went as far as programming (the buttons start over) and failed.
-            caption = tr("Not in the chip: the last %1 failed").arg(pointBCaption());
+            caption = tr("Not in the chip: %1 failed").arg(pointBCaption());
         }
     }
     if (!programmed) {

@@ -1,5 +1,8 @@
 #include "ui/dialogs/About.h"
 
+#include <QCoreApplication>
+#include <QDir>
+
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -21,6 +24,17 @@ QString CalibrationReadoutText(const DeviceSession& session) {
 }
 
 namespace {
+
+// Where the installed program's README and user guide are, or where to find them in a build.
+QString GuidePlace() {
+    const QDir docs(QCoreApplication::applicationDirPath() + u'/' +
+                    QStringLiteral(RK31_DOCS_FROM_BIN));
+    if (docs.exists(QStringLiteral("user-guide.md"))) {
+        return QDir::toNativeSeparators(docs.canonicalPath()) +
+               QStringLiteral("/user-guide.md and README.md");
+    }
+    return QStringLiteral("README.md and docs/user-guide.md in the program's source");
+}
 
 QLabel* addLabel(QWidget* parent, QVBoxLayout* layout, const QString& name, const QString& text) {
     auto* label = new QLabel(text, parent);
@@ -55,7 +69,7 @@ About::About(const DeviceSession& session, Prompts& prompts, QWidget* parent)
     addLabel(this, text, QStringLiteral("Label6"),
              QStringLiteral("Questions and faults: the project's issue tracker"));
     addLabel(this, text, QStringLiteral("Label7"),
-             QStringLiteral("Set-up and use: README.md in the program's source"));
+             QStringLiteral("Set-up and use: ") + GuidePlace());
 
     m_debugOnly = new QLabel(QStringLiteral("   "), this);
     m_debugOnly->setObjectName(QStringLiteral("debugonly"));

@@ -45,6 +45,9 @@ PreparedWindow::PreparedWindow(const sim::SimConfig& config)
     : m_programmer(config), m_app(StartSettings{}, prompts, pause, &m_programmer) {
     m_window = std::make_unique<MainForm2Parts2Src>(m_app);
     m_window->show();
+    // Its natural size, as on the 1280 x 720 screens the windows are made for: the offscreen
+    // screen is smaller, and scroll bars repainted after every action would be measured instead.
+    m_window->resize(m_window->sizeHint());
     QCoreApplication::processEvents();
 
     // The port dialog is answered inside the window's handler, where nothing may be thrown: a

@@ -21,6 +21,8 @@ using namespace rk31::bench;
 namespace {
 
 constexpr double kTargetMs = 5.0;
+// With every feedback kept (wait window, busy cursor, notice), at the natural window size.
+constexpr double kTargetMedianMs = 1.0;
 
 // Runs the actions one after another from the event loop, as clicks arrive in the program.
 class Driver {
@@ -114,12 +116,15 @@ int main(int argc, char** argv) {
         }
         const Summary total = Summarize(driver.totalMs);
         const Summary click = Summarize(driver.clickMs);
+        PrintFigure(
+            QStringLiteral("Program action, own time: %1 ms median").arg(Fixed(total.median, 2)),
+            QStringLiteral("target < %1 ms; mean %2, p95 %3, max %4 ms over %5 actions")
+                .arg(Fixed(kTargetMedianMs, 0), Fixed(total.mean, 2), Fixed(total.p95, 2),
+                     Fixed(total.max, 2))
+                .arg(actions),
+            total.median < kTargetMedianMs);
         PrintFigure(QStringLiteral("Program action, own time: %1 ms p95").arg(Fixed(total.p95, 2)),
-                    QStringLiteral("target < %1 ms; mean %2, median %3, max %4 ms over %5 "
-                                   "actions")
-                        .arg(Fixed(kTargetMs, 0), Fixed(total.mean, 2), Fixed(total.median, 2),
-                             Fixed(total.max, 2))
-                        .arg(actions),
+                    QStringLiteral("target < %1 ms").arg(Fixed(kTargetMs, 0)),
                     total.p95 < kTargetMs);
         PrintDetail(QStringLiteral("in the click handler: mean %1, median %2, p95 %3 ms; "
                                    "simulator latency 0; blocking sleeps asked for, not slept: "

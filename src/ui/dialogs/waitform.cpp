@@ -13,6 +13,9 @@ waitform::waitform(QWidget* parent) : QDialog(parent) {
     setModal(false);
     // A close box would only invite a request that is refused anyway.
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    // It only tells; taking the activation would repaint the whole main window as inactive,
+    // and again as active when it goes, on every command.
+    setAttribute(Qt::WA_ShowWithoutActivating);
 
     m_label = new QLabel(QStringLiteral("Programming EEPROM...  Please Wait..."), this);
     m_label->setObjectName(QStringLiteral("Label1"));

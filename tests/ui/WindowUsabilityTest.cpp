@@ -13,6 +13,11 @@
 #include <QtTest>
 
 #include "support/WindowHarness.h"
+#include "ui/dialogs/About.h"
+#include "ui/dialogs/RealTimeDisplayBar.h"
+#include "ui/dialogs/confirm.h"
+#include "ui/dialogs/frmComport.h"
+#include "ui/dialogs/frmadvanced.h"
 #include "ui/kit/CommandHelp.h"
 #include "ui/kit/QtPrompts.h"
 #include "ui/windows/MainForm2Parts.h"
@@ -205,6 +210,28 @@ class WindowUsabilityTest : public QObject {
         QFETCH(QRect, wanted);
         QFETCH(QRect, placed);
         QCOMPARE(FitInside(wanted, QRect(0, 0, 1366, 728)), placed);
+    }
+
+    // The dialogs' buttons too: a key each, unique in the dialog, read as their captions.
+    void everyDialogButtonHasAKey() {
+        DeviceSession& session = bench->session();
+        About about(session, bench->prompts);
+        confirm lock;
+        frmComport ports(bench->app.ports(), bench->prompts);
+        frmadvanced advanced(session, bench->prompts, bench->pause);
+        RealTimeDisplayBar display(session, bench->prompts, bench->pause);
+        for (QDialog* dialog :
+             std::initializer_list<QDialog*>{&about, &lock, &ports, &advanced, &display}) {
+            QSet<QString> keys;
+            for (auto* button : dialog->findChildren<QAbstractButton*>()) {
+                const QString where = dialog->objectName() + ' ' + button->objectName();
+                const QString key = button->shortcut().toString();
+                QVERIFY2(!key.isEmpty() && !keys.contains(key), qPrintable(where));
+                QVERIFY2(!button->toolTip().isEmpty(), qPrintable(where));
+                QCOMPARE(accessibleName(button), WithoutMnemonic(button->text()));
+                keys << key;
+            }
+        }
     }
 
     void partEnableFollowsAnAssistiveToggle() {

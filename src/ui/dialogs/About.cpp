@@ -75,7 +75,8 @@ About::About(const DeviceSession& session, Prompts& prompts, QWidget* parent)
     m_debugOnly->setObjectName(QStringLiteral("debugonly"));
     m_debugOnly->installEventFilter(this);
 
-    auto* ok = new QPushButton(QStringLiteral("OK"), this);
+    auto* ok = new QPushButton(QStringLiteral("&OK"), this);
+    ok->setToolTip(QStringLiteral("Closes the About box"));
     ok->setObjectName(QStringLiteral("Command1"));
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);

@@ -117,8 +117,9 @@ RealTimeDisplayBar::RealTimeDisplayBar(DeviceSession& session, Prompts& prompts,
     auto* optionRow = new QHBoxLayout;
     m_optionGroup = new QButtonGroup(this);
     for (int i = 0; i < 2; ++i) {
-        auto* option = new QRadioButton(QStringLiteral("Part#%1").arg(i + 1), this);
+        auto* option = new QRadioButton(QStringLiteral("Part#&%1").arg(i + 1), this);
         option->setObjectName(indexed("PartsOption", i));
+        option->setToolTip(QStringLiteral("Shows the output of Part#%1").arg(i + 1));
         m_optionGroup->addButton(option, i);
         optionRow->addWidget(option);
         m_options[static_cast<std::size_t>(i)] = option;

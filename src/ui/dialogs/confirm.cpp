@@ -16,10 +16,12 @@ confirm::confirm(QWidget* parent) : QDialog(parent) {
         this);
     label->setObjectName(QStringLiteral("Label1"));
 
-    m_yes = new QPushButton(QStringLiteral("Confirm"), this);
+    m_yes = new QPushButton(QStringLiteral("C&onfirm"), this);
     m_yes->setObjectName(QStringLiteral("yes"));
-    m_no = new QPushButton(QStringLiteral("Cancel"), this);
+    m_yes->setToolTip(QStringLiteral("Locks the part's communication for good"));
+    m_no = new QPushButton(QStringLiteral("C&ancel"), this);
     m_no->setObjectName(QStringLiteral("no"));
+    m_no->setToolTip(QStringLiteral("Leaves the part as it is"));
     // Locking is for good: Enter must not confirm it by accident.
     m_yes->setAutoDefault(false);
     m_no->setDefault(true);

@@ -47,11 +47,13 @@ frmComport::frmComport(PortProber& ports, Prompts& prompts, QWidget* parent)
     m_baudrate->setObjectName(QStringLiteral("Baudrate"));
     m_baudLabel->setBuddy(m_baudrate);
 
-    m_connect = new QPushButton(QStringLiteral("Connect"), this);
+    m_connect = new QPushButton(QStringLiteral("&Connect"), this);
     m_connect->setObjectName(QStringLiteral("connect"));
+    m_connect->setToolTip(QStringLiteral("Opens the channel to the programmer on the chosen port"));
     m_connect->setDefault(true);
-    m_doNotConnect = new QPushButton(QStringLiteral("Do not connect"), this);
+    m_doNotConnect = new QPushButton(QStringLiteral("&Do not connect"), this);
     m_doNotConnect->setObjectName(QStringLiteral("Donotconnect"));
+    m_doNotConnect->setToolTip(QStringLiteral("Closes the dialog; the window stays offline"));
 
     auto* fields = new QGridLayout;
     fields->addWidget(portLabel, 0, 0);

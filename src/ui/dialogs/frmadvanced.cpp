@@ -49,16 +49,18 @@ frmadvanced::frmadvanced(DeviceSession& session, Prompts& prompts, Pause& pause,
     m_parts = new QButtonGroup(this);
     auto* commands = new QHBoxLayout;
     for (int k = 0; k < 2; ++k) {
-        m_partOption[k] = new QRadioButton(QStringLiteral("Part#") + QString::number(k + 1), this);
+        m_partOption[k] = new QRadioButton(QStringLiteral("Part#&") + QString::number(k + 1), this);
         m_partOption[k]->setObjectName(indexed("PartOption", k));
+        m_partOption[k]->setToolTip(
+            QStringLiteral("MemRead and MemWrite act on Part#%1").arg(k + 1));
         m_parts->addButton(m_partOption[k], k);
         commands->addWidget(m_partOption[k]);
     }
     commands->addStretch(1);
-    m_memread = new QPushButton(QStringLiteral("MemRead"), this);
+    m_memread = new QPushButton(QStringLiteral("Mem&Read"), this);
     m_memread->setObjectName(QStringLiteral("memread"));
     m_memread->setToolTip(QStringLiteral("Reads the words at the rows' addresses from the part"));
-    m_memwrite = new QPushButton(QStringLiteral("MemWrite"), this);
+    m_memwrite = new QPushButton(QStringLiteral("Mem&Write"), this);
     m_memwrite->setObjectName(QStringLiteral("memwritewithCRC"));
     m_memwrite->setToolTip(QStringLiteral("Writes the rows' data words into the part"));
     commands->addWidget(m_memread);

@@ -40,8 +40,9 @@ void waitform::TextChange(const QString& str) {
 }
 
 void waitform::ShowModeless() {
+    // A window that is shown again comes up on top by itself; raising it as well would only
+    // stir the window system on every command.
     show();
-    raise();
     QCoreApplication::processEvents();
 }
 

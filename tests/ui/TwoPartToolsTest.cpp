@@ -182,6 +182,13 @@ class TwoPartToolsTest : public QObject {
         ViewOutputCommand(window->context(), 0);
         QCOMPARE(bench->prompts.messages, QStringList{"Error: Not in ADC mode"});
         QVERIFY(bench->prompts.modalTitles.isEmpty());
+        // One supply: both parts must reach ADC mode, Part#1 as well as Part#2.
+        fresh();
+        open(0);
+        window->context().session.ChipState[0] = 7;
+        ViewOutputCommand(window->context(), 0);
+        QCOMPARE(bench->prompts.messages, QStringList{"Error: Not in ADC mode"});
+        QVERIFY(bench->prompts.modalTitles.isEmpty());
 
         fresh();
         MainForm2Parts2Src offline(bench->app);

@@ -1,0 +1,124 @@
+// The serial line's faults against the commands of a main window, with rk31-boxsim behind a
+// pseudo-terminal: the message the user sees, nothing hangs, a call the box never got leaves the
+// window's record of the dies as it was, a failed program is never taken for a success, and
+// Disconnect works afterwards.
+#include <QtTest>
+
+#include "Boxsim.h"
+#include "procedures/BatchFiles.h"
+#include "support/WindowHarness.h"
+
+using namespace rk31;
+using namespace rk31::test;
+
+namespace {
+
+enum class Command { Connect, Power, Program };
+
+struct Row {
+    const char* name;
+    const char* fault;  // an rk31-boxsim option
+    Command command;
+    const char* message;    // the one message, "" for none; %1 stands for the line's path
+    const char* neverDone;  // the call the box must not have executed, or ""
+};
+
+// Reads are asked again after a garbled or late answer; everything else fails at once.
+const Row kRows[] = {
+    {"cable pulled at the handshake", "--pull-during=Hello", Command::Connect,
+     "Failed in Connecting Channel", "OpenChannel(1)"},
+    {"garbled OpenChannel", "--garble=OpenChannel", Command::Connect,
+     "Failed in Connecting Channel", ""},
+    {"cable pulled at power-on", "--pull-during=PowerOnChip", Command::Power,
+     "PowerOnChip on COM1 (%1): the line COM1 (%1) is lost", "PowerOnChip(0)"},
+    {"garbled power-on", "--garble=PowerOnChip", Command::Power,
+     "PowerOnChip on COM1 (%1): an answer with a bad CRC", ""},
+    {"stalled supply reading", "--stall=MeasureVDD:2500", Command::Power, "", ""},
+    {"garbled supply reading", "--garble=MeasureVDD", Command::Power,
+     "MeasureVDD on COM1 (%1): an answer with a bad CRC", ""},
+    {"garbled solver value", "--garble=SetSolverParameter", Command::Program,
+     "SetSolverParameter on COM1 (%1): an answer with a bad CRC", ""},
+    {"garbled buffer write", "--garble=WriteBufferToDevice", Command::Program,
+     "WriteBufferToDevice on COM1 (%1): an answer with a bad CRC", ""},
+    {"cable pulled at the EEPROM program", "--pull-during=ProgramEEPROM", Command::Program,
+     "Failed in programming device", "ProgramEEPROM(0)"},
+    {"garbled EEPROM program", "--garble=ProgramEEPROM", Command::Program,
+     "Failed in programming device", ""},
+    {"stalled EEPROM program", "--stall=ProgramEEPROM:2500", Command::Program,
+     "Failed in programming device", ""},
+};
+
+}  // namespace
+
+class LineFaultTable : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void faults_data() {
+        QTest::addColumn<int>("row");
+        for (int i = 0; i < static_cast<int>(std::size(kRows)); ++i) {
+            QTest::newRow(kRows[i].name) << i;
+        }
+    }
+    void faults() {
+        QFETCH(int, row);
+        const Row& r = kRows[row];
+        QTemporaryDir dir;
+        const QString settings = dir.filePath("chip.txt");
+        WriteFile(settings, TwoPartFile(kGoodPart, kGoodPart));
+        LineBench line(QStringLiteral("latency=0"), {QString::fromLatin1(r.fault)}, {}, 1000);
+        auto window = line.window(1);
+        QWidget* w = window.get();
+        line.prompts.fileNames.push_back(settings);
+        click(w, "mOpen");
+        const auto connect = [&] {
+            scriptPortChoice(line.prompts, "COM1");
+            click(w, "connect");
+        };
+        if (r.command != Command::Connect) {
+            connect();
+            check(w, "PartEnable", 0, true);
+        }
+        if (r.command == Command::Program) {
+            click(w, "PowerOn", 0);
+        }
+        QCOMPARE(line.prompts.messages, QStringList());
+        const std::int32_t before = line.session().ChipState[0];
+
+        switch (r.command) {
+            case Command::Connect:
+                connect();
+                break;
+            case Command::Power:
+                click(w, "PowerOn", 0);
+                break;
+            case Command::Program:
+                click(w, "btnconfigsolver", 0);
+                break;
+        }
+        const QString expected = QString::fromLatin1(r.message).arg(line.box.link());
+        if (expected.isEmpty()) {
+            QCOMPARE(line.prompts.messages, QStringList());
+        } else {
+            QCOMPARE(line.prompts.messages.size(), 1);
+            QVERIFY2(line.prompts.messages.front().startsWith(expected),
+                     qPrintable(line.prompts.messages.front()));
+        }
+        if (*r.neverDone != 0) {
+            QVERIFY(!line.box.trace().contains(QString::fromLatin1(r.neverDone)));
+            QCOMPARE(line.session().ChipState[0], before);
+        }
+        if (r.command == Command::Program) {
+            QVERIFY(!line.prompts.messages.join(u'\n').contains("programmed", Qt::CaseInsensitive));
+        }
+        // Disconnect works whatever the line did.
+        if (line.session().ProgrammerConnected != 0) {
+            line.prompts.messages.clear();
+            click(w, "connect");
+            QCOMPARE(line.session().ProgrammerConnected, 0);
+        }
+    }
+};
+
+QTEST_MAIN(LineFaultTable)
+#include "LineFaultTableTest.moc"

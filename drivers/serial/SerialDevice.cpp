@@ -48,6 +48,16 @@ struct Link {
     }
 
     PayloadReader exchange(Command command, const PayloadWriter& in, int valuesSize) {
+        if (!line.isOpen() && !line.lost().isEmpty()) {
+            // The port vanished under an open channel. When it is back, the channel is opened
+            // again before the call, so that a window whose record says the chip is powered can
+            // still power it off and disconnect.
+            const QString lost = line.lost();
+            if (connect(port) != 0) {
+                line.close();
+                line.markLost(lost);
+            }
+        }
         if (!line.isOpen()) {
             throw DeviceError(line.lost().isEmpty()
                                   ? QStringLiteral("Programmer is not connected!")
@@ -60,8 +70,47 @@ struct Link {
         return values;
     }
 
+    // Opens the line to COM `port` and the channel behind it: the OpenChannel out-value.
+    std::int32_t connect(const QVariant& portValue) {
+        port = portValue;
+        bool isNumber = false;
+        const int number = port.toInt(&isNumber);
+        const QString path = isNumber ? ports->path(number) : QString();
+        if (path.isEmpty()) {
+            std::fprintf(stderr, "rk31 serial: COM%s leads to no device\n",
+                         qPrintable(port.toString()));
+            return 1;
+        }
+        if (const QString why = line.open(number, path); !why.isEmpty()) {
+            std::fprintf(stderr, "rk31 serial: %s\n", qPrintable(why));
+            return 1;
+        }
+        PayloadWriter hello;
+        hello.u8(box::kProtocolVersion);
+        try {
+            PayloadReader answer(line.exchange(Command::Hello, hello.bytes(), -1));
+            const std::uint8_t version = answer.u8();
+            if (answer.failed() || version != box::kProtocolVersion) {
+                throw LineFailure{QStringLiteral("the box on ") + line.where() +
+                                  QStringLiteral(" speaks protocol version %1, this driver %2")
+                                      .arg(version)
+                                      .arg(box::kProtocolVersion)};
+            }
+        } catch (const LineFailure& failure) {
+            std::fprintf(stderr, "rk31 serial: %s\n", qPrintable(failure.cause));
+            line.close();
+            return 1;
+        } catch (const DeviceError& error) {
+            std::fprintf(stderr, "rk31 serial: %s\n", qPrintable(error.description()));
+            line.close();
+            return 1;
+        }
+        return failedOrLine(Command::OpenChannel, PayloadWriter().text(port.toString()));
+    }
+
     SerialLine line;
     std::shared_ptr<SerialPorts> ports;
+    QVariant port;  // the COM port of the last OpenChannel
     std::shared_ptr<SerialLine::Counts> counts;
 };
 
@@ -123,37 +172,7 @@ class SerialDevice : public QZ7734Device {
     explicit SerialDevice(std::shared_ptr<Link> link) : m_link(std::move(link)) {}
 
     void OpenChannel(const QVariant& port, std::int32_t& failed) override {
-        failed = 1;
-        bool isNumber = false;
-        const int number = port.toInt(&isNumber);
-        const QString path = isNumber ? m_link->ports->path(number) : QString();
-        if (path.isEmpty()) {
-            std::fprintf(stderr, "rk31 serial: COM%s leads to no device\n",
-                         qPrintable(port.toString()));
-            return;
-        }
-        SerialLine& line = m_link->line;
-        if (const QString why = line.open(number, path); !why.isEmpty()) {
-            std::fprintf(stderr, "rk31 serial: %s\n", qPrintable(why));
-            return;
-        }
-        PayloadWriter hello;
-        hello.u8(box::kProtocolVersion);
-        try {
-            PayloadReader answer = m_link->call(Command::Hello, hello, -1);
-            const std::uint8_t version = answer.u8();
-            if (answer.failed() || version != box::kProtocolVersion) {
-                throw DeviceError(QStringLiteral("the box on ") + line.where() +
-                                  QStringLiteral(" speaks protocol version %1, this driver %2")
-                                      .arg(version)
-                                      .arg(box::kProtocolVersion));
-            }
-        } catch (const DeviceError& error) {
-            std::fprintf(stderr, "rk31 serial: %s\n", qPrintable(error.description()));
-            line.close();
-            return;
-        }
-        failed = m_link->failedOrLine(Command::OpenChannel, PayloadWriter().text(port.toString()));
+        failed = m_link->connect(port);
     }
     void CloseChannel(std::int32_t channel) override {
         SerialLine& line = m_link->line;

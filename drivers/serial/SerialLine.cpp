@@ -49,8 +49,10 @@ QString SerialLine::open(int port, const QString& path) {
     }
     QObject::connect(&m_port, &QSerialPort::errorOccurred, &m_port,
                      [this](QSerialPort::SerialPortError error) {
-                         // A vanished device reports a resource error; the port is useless then.
-                         if (error == QSerialPort::ResourceError && m_port.isOpen()) {
+                         // A vanished device reports a resource error, a hung-up terminal other
+                         // errors; either way the port is of no use any more.
+                         if (error != QSerialPort::NoError && error != QSerialPort::TimeoutError &&
+                             m_port.isOpen()) {
                              m_lost = QStringLiteral("the line ") + where() +
                                       QStringLiteral(" is lost (") + m_port.errorString() + u')';
                              m_port.close();
@@ -61,6 +63,7 @@ QString SerialLine::open(int port, const QString& path) {
 
 void SerialLine::close() {
     QObject::disconnect(&m_port, nullptr, nullptr, nullptr);
+    m_lost.clear();
     if (m_port.isOpen()) {
         m_port.close();
     }
@@ -108,7 +111,9 @@ QByteArray SerialLine::once(Command command, const QByteArray& payload, int valu
     }
     // What an earlier call left unread belongs to nobody now.
     m_port.clear(QSerialPort::Input);
-    m_port.readAll();
+    if (m_port.isOpen()) {
+        m_port.readAll();
+    }
     m_reader.clear();
 
     const std::uint8_t sequence = ++m_sequence;
@@ -116,9 +121,11 @@ QByteArray SerialLine::once(Command command, const QByteArray& payload, int valu
         box::EncodeFrame({sequence, static_cast<std::uint8_t>(command), payload});
     ++m_counts.requests;
     m_counts.bytesOut += request.size();
-    if (m_port.write(request) != request.size()) {
-        throw LineFailure{QStringLiteral("cannot send ") + name + QStringLiteral(" on ") + where() +
-                          QStringLiteral(": ") + m_port.errorString()};
+    // A port that vanished since the last call says so as soon as it is touched.
+    if (!m_port.isOpen() || m_port.write(request) != request.size()) {
+        throw LineFailure{
+            name + QStringLiteral(" on ") + where() + QStringLiteral(": ") +
+            (m_lost.isEmpty() ? QStringLiteral("cannot send: ") + m_port.errorString() : m_lost)};
     }
 
     QEventLoop loop;

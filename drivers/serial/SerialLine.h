@@ -28,8 +28,11 @@ class SerialLine {
     QString open(int port, const QString& path);
     void close();
     bool isOpen() const { return m_port.isOpen(); }
-    // Why the open line was lost (the port vanished), empty while it was not.
+    // Why the open line was lost (the port vanished), empty while it was not and once the
+    // program has closed it.
     const QString& lost() const { return m_lost; }
+    // The line stays lost for `why` after a failed attempt to open it again.
+    void markLost(const QString& why) { m_lost = why; }
     // "COM1 (/dev/pts/5)"
     QString where() const;
 

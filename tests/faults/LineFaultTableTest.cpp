@@ -19,7 +19,8 @@ struct Row {
     const char* name;
     const char* fault;  // an rk31-boxsim option
     Command command;
-    const char* message;    // the one message, "" for none; %1 stands for the line's path
+    // The messages in order, separated by " | ", each as it starts; %1 stands for the line's path.
+    const char* messages;
     const char* neverDone;  // the call the box must not have executed, or ""
 };
 
@@ -41,11 +42,13 @@ const Row kRows[] = {
     {"garbled buffer write", "--garble=WriteBufferToDevice", Command::Program,
      "WriteBufferToDevice on COM1 (%1): an answer with a bad CRC", ""},
     {"cable pulled at the EEPROM program", "--pull-during=ProgramEEPROM", Command::Program,
-     "Failed in programming device", "ProgramEEPROM(0)"},
+     "Failed in programming device | Programmer is not connected: the line COM1 (%1) is lost",
+     "ProgramEEPROM(0)"},
     {"garbled EEPROM program", "--garble=ProgramEEPROM", Command::Program,
      "Failed in programming device", ""},
+    // The box is still busy with the program when the window goes on.
     {"stalled EEPROM program", "--stall=ProgramEEPROM:2500", Command::Program,
-     "Failed in programming device", ""},
+     "Failed in programming device | EnterOWIMode on COM1 (%1): no answer within", ""},
 };
 
 }  // namespace
@@ -66,7 +69,14 @@ class LineFaultTable : public QObject {
         QTemporaryDir dir;
         const QString settings = dir.filePath("chip.txt");
         WriteFile(settings, TwoPartFile(kGoodPart, kGoodPart));
-        LineBench line(QStringLiteral("latency=0"), {QString::fromLatin1(r.fault)}, {}, 1000);
+        // A pulled cable is plugged back after a while: long after the window's calls that follow
+        // the failed one, before the window powers off.
+        const QString fault = QString::fromLatin1(r.fault);
+        const bool pulled = fault.startsWith(QStringLiteral("--pull"));
+        LineBench line(
+            QStringLiteral("latency=0"),
+            pulled ? QStringList{fault, QStringLiteral("--replug=2000")} : QStringList{fault}, {},
+            1000);
         auto window = line.window(1);
         QWidget* w = window.get();
         line.prompts.fileNames.push_back(settings);
@@ -96,27 +106,58 @@ class LineFaultTable : public QObject {
                 click(w, "btnconfigsolver", 0);
                 break;
         }
-        const QString expected = QString::fromLatin1(r.message).arg(line.box.link());
-        if (expected.isEmpty()) {
-            QCOMPARE(line.prompts.messages, QStringList());
-        } else {
-            QCOMPARE(line.prompts.messages.size(), 1);
-            QVERIFY2(line.prompts.messages.front().startsWith(expected),
-                     qPrintable(line.prompts.messages.front()));
+        const QStringList expected = QString::fromLatin1(r.messages)
+                                         .replace(QStringLiteral("%1"), line.box.link())
+                                         .split(QStringLiteral(" | "), Qt::SkipEmptyParts);
+        const QStringList& messages = line.prompts.messages;
+        QVERIFY2(messages.size() == expected.size(), qPrintable(messages.join(" | ")));
+        for (qsizetype i = 0; i < expected.size(); ++i) {
+            QVERIFY2(messages[i].startsWith(expected[i]), qPrintable(messages[i]));
         }
         if (*r.neverDone != 0) {
             QVERIFY(!line.box.trace().contains(QString::fromLatin1(r.neverDone)));
             QCOMPARE(line.session().ChipState[0], before);
         }
         if (r.command == Command::Program) {
-            QVERIFY(!line.prompts.messages.join(u'\n').contains("programmed", Qt::CaseInsensitive));
+            QVERIFY(!messages.join(u'\n').contains("programmed", Qt::CaseInsensitive));
         }
-        // Disconnect works whatever the line did.
+        // Power off and Disconnect work whatever the line did, once it is back.
+        if (pulled) {
+            line.box.nextPath();
+        }
+        line.prompts.messages.clear();
+        if (line.session().ChipState[0] != PowerOff) {
+            click(w, "PowerOn", 0);
+        }
         if (line.session().ProgrammerConnected != 0) {
-            line.prompts.messages.clear();
             click(w, "connect");
             QCOMPARE(line.session().ProgrammerConnected, 0);
         }
+    }
+
+    // The cable pulled in the middle of a session and plugged back: the failed call is
+    // reported, Disconnect works, and a new Connect finds the box again.
+    void cablePluggedBack() {
+        LineBench line(QStringLiteral("latency=0"),
+                       {QStringLiteral("--pull-during=PowerOnChip"), QStringLiteral("--replug=0")},
+                       {}, 1000);
+        auto window = line.window(1);
+        QWidget* w = window.get();
+        scriptPortChoice(line.prompts, "COM1");
+        click(w, "connect");
+        check(w, "PartEnable", 0, true);
+        click(w, "PowerOn", 0);
+        QCOMPARE(line.prompts.messages.size(), 1);
+        line.box.nextPath();
+        click(w, "connect");
+        QCOMPARE(line.session().ProgrammerConnected, 0);
+        line.prompts.messages.clear();
+        scriptPortChoice(line.prompts, "COM1");
+        click(w, "connect");
+        click(w, "PowerOn", 0);
+        QCOMPARE(line.prompts.messages, QStringList());
+        QVERIFY(line.session().ChipState[0] != PowerOff);
+        QVERIFY(line.box.trace().contains("PowerOnChip(0)"));
     }
 };
 

@@ -99,6 +99,10 @@ QByteArray EncodeFrame(const Frame& frame) {
 
 FrameReader::Result FrameReader::next() {
     Result result;
+    const auto noise = [](qsizetype count) {
+        return count == 1 ? QStringLiteral("1 byte of noise")
+                          : QStringLiteral("%1 bytes of noise").arg(count);
+    };
     const auto skip = [&result](const QString& why) {
         if (!result.skipped.isEmpty()) {
             result.skipped += QStringLiteral(", ");
@@ -109,13 +113,13 @@ FrameReader::Result FrameReader::next() {
         const qsizetype start = m_buffer.indexOf(static_cast<char>(kStartByte));
         if (start < 0) {
             if (!m_buffer.isEmpty()) {
-                skip(QStringLiteral("%1 bytes of noise").arg(m_buffer.size()));
+                skip(noise(m_buffer.size()));
             }
             m_buffer.clear();
             return result;
         }
         if (start > 0) {
-            skip(QStringLiteral("%1 bytes of noise").arg(start));
+            skip(noise(start));
             m_buffer.remove(0, start);
         }
         if (m_buffer.size() < 2) {

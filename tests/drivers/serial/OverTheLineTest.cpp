@@ -70,10 +70,10 @@ void advancedReadWrite(Application& app, ScriptedPrompts& prompts, const QString
     session.DisconnectProgrammer();
 }
 
-// The calls of the session on the simulated programmer in the process, and on the line; the box
-// trace of the line run.
+// The logged calls of the session on the simulated programmer in the process and on the line,
+// and the traces of the box in the process and of the one behind the line.
 struct Runs {
-    QStringList inProcess, overLine, boxTrace, messages;
+    QStringList inProcess, overLine, inProcessTrace, boxTrace, messages;
 };
 
 Runs runBoth(const Session& session, const QString& settingsText) {
@@ -86,6 +86,7 @@ Runs runBoth(const Session& session, const QString& settingsText) {
         Bench bench(config, LogTo(dir.filePath(QStringLiteral("sim.log"))));
         session(bench.app, bench.prompts, settings);
         runs.messages = bench.prompts.messages;
+        runs.inProcessTrace = bench.trace();
     }
     {
         LineBench line(kSim, {}, LogTo(dir.filePath(QStringLiteral("line.log"))));
@@ -98,13 +99,13 @@ Runs runBoth(const Session& session, const QString& settingsText) {
     return runs;
 }
 
-// The operation and arguments of each logged call, as the box traces them.
-QStringList asTrace(const QStringList& calls) {
-    QStringList trace;
+// The operations of logged or traced calls.
+QStringList operations(const QStringList& calls) {
+    QStringList names;
     for (const QString& call : calls) {
-        trace << call.section(QStringLiteral(" -> "), 0, 0);
+        names << call.section(u'(', 0, 0);
     }
-    return trace;
+    return names;
 }
 
 QStringList rk31progCalls(const QString& settings, const QString& log,
@@ -154,7 +155,7 @@ class OverTheLine : public QObject {
         QCOMPARE(runs.messages, QStringList());
         QVERIFY2(runs.inProcess.contains(mustHold), qPrintable(runs.inProcess.join(u'\n')));
         QCOMPARE(runs.overLine, runs.inProcess);
-        QCOMPARE(runs.boxTrace, asTrace(runs.overLine));
+        QCOMPARE(runs.boxTrace, runs.inProcessTrace);
     }
 
     // rk31prog chooses the serial driver by name and programs and verifies the chip over it.
@@ -171,7 +172,7 @@ class OverTheLine : public QObject {
             rk31progCalls(settings, dir.filePath("line.log"),
                           {{"RK31_DRIVER", "serial"}, {"RK31_SERIAL_PORTS", box.link()}});
         QCOMPARE(overLine, inProcess);
-        QCOMPARE(box.trace(), asTrace(overLine));
+        QCOMPARE(operations(box.trace()), operations(overLine));
     }
 
     // While a sequence waits on a slow line the window keeps painting: a timer meant to repaint

@@ -128,7 +128,7 @@ const Call kReadMemory = [](QZ7734Device& d) {
         [&] {
             std::shared_ptr<MemoryAccess> memory;
             d.GetMemoryAccess(memory);
-            d.ReadMemory(0, 0x48, data);
+            memory->ReadMemory(0, 0x48, data);
         },
         [&] { return QStringLiteral("data=") + QString::number(data, 16); });
 };
@@ -192,17 +192,17 @@ class SerialLineTest : public QObject {
         row("bad CRC, read", kReadAngle, kBadCrc,
             "ReadAngle on COM1 (%1): an answer with a bad CRC", 3);
         row("wrong sequence, read", kReadAngle, kWrongSequence,
-            "ReadAngle on COM1 (%1): an answer with the wrong sequence number (4, not 3)", 3);
+            "ReadAngle on COM1 (%1): an answer with the wrong sequence number (6, not 5)", 3);
         row("wrong length, memory read", kReadMemory, kWrongLength,
             "ReadMemory on COM1 (%1): an answer of the wrong length (5 bytes of values, not 4)", 4);
         row("unknown command, read", kReadAngle, kUnknownCommand,
             "ReadAngle on COM1 (%1): an answer with the unknown command 0xee", 3);
         row("garbage, read", kReadAngle, kGarbage,
             "ReadAngle on COM1 (%1): garbage on the line (8 bytes of noise), no whole answer "
-            "within 310 ms",
+            "within 323 ms",
             3);
         row("silence, read", kReadAngle, kSilence,
-            "ReadAngle on COM1 (%1): no answer within 310 ms", 3);
+            "ReadAngle on COM1 (%1): no answer within 323 ms", 3);
         row("bad CRC, power", kPowerOn, kBadCrc,
             "PowerOnChip on COM1 (%1): an answer with a bad CRC", 1);
         row("bad CRC, solver value", kSolverValue, kBadCrc,
@@ -225,7 +225,7 @@ class SerialLineTest : public QObject {
                        ? box::EncodeFrame(good)
                        : spoil(good);
         };
-        QCOMPARE(call(*device), outcome.arg(box.path));
+        QCOMPARE(call(*device), QString(outcome).replace(QStringLiteral("%1"), box.path));
         QCOMPARE(box.requests.size() - 2, requests);
     }
 
@@ -280,7 +280,6 @@ class SerialLineTest : public QObject {
         auto device = connected(link);
         QCOMPARE(kPowerOn(*device), QStringLiteral("status=0"));
         first->pull();
-        QTest::qWait(50);  // the program's event loop runs between two clicks
         const QString failure = kPowerOn(*device);
         QVERIFY2(failure.contains(link) && failure.contains("lost"), qPrintable(failure));
         device->CloseChannel(-1);

@@ -14,6 +14,7 @@
 #include "procedures/BatchFiles.h"
 #include "sim/SimulatedProgrammer.h"
 #include "support/WindowHarness.h"
+#include "ui/dialogs/RealTimeDisplayBar.h"
 #include "ui/dialogs/frmadvanced.h"
 
 using namespace rk31;
@@ -173,6 +174,26 @@ class OverTheLine : public QObject {
                           {{"RK31_DRIVER", "serial"}, {"RK31_SERIAL_PORTS", box.link()}});
         QCOMPARE(overLine, inProcess);
         QCOMPARE(operations(box.trace()), operations(overLine));
+    }
+
+    // The real-time display's timer also fires while a driver waits on its line: it leaves its
+    // turn out then, and measures again at the next tick.
+    void realTimeDisplayWaitsForTheCallUnderWay() {
+        Bench bench;
+        bench.session().ConnectProgrammer(1, bench.prompts);
+        RealTimeDisplayBar display(bench.session(), bench.prompts, bench.pause);
+        display.Init(0, 1);
+        bench.clearTrace();
+        {
+            const CallsInProgress::Scope underWay(bench.session().calls().get());
+            QVERIFY(bench.session().callInProgress());
+            display.Timer1Tick();
+            QCOMPARE(bench.trace(), QStringList());
+        }
+        QVERIFY(!bench.session().callInProgress());
+        display.Timer1Tick();
+        QCOMPARE(bench.trace(), QStringList{"MeasureOutput(0, 1)"});
+        QCOMPARE(bench.prompts.messages, QStringList());
     }
 
     // While a sequence waits on a slow line the window keeps painting: a timer meant to repaint

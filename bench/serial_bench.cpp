@@ -31,9 +31,9 @@ namespace {
 
 // A two-part settings file whose parts go from 10 % at 20 degrees to 90 % at 200 degrees.
 QString settingsText() {
-    const QStringList part = {"5.000", "CCW", "260.00", "95.00", "5.00", "20.00", "10.00",
-                              "200.00", "90.00", "", "", "", "", "", "", "1.00", "0", "0", "0",
-                              "0"};
+    const QStringList part = {"5.000",  "CCW",   "260.00", "95.00", "5.00", "20.00", "10.00",
+                              "200.00", "90.00", "",       "",      "",     "",      "",
+                              "",       "1.00",  "0",      "0",     "0",    "0"};
     const QStringList values = part + part;
     QString text;
     qsizetype next = 0;
@@ -88,8 +88,8 @@ class Box {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert(QStringLiteral("RK31_SIM"), QStringLiteral("latency=0"));
         m_process.setProcessEnvironment(env);
-        m_process.start(program, {QStringLiteral("--baud=%1").arg(baud),
-                                  QStringLiteral("--link=") + link()});
+        m_process.start(
+            program, {QStringLiteral("--baud=%1").arg(baud), QStringLiteral("--link=") + link()});
         if (!m_process.waitForReadyRead(30000)) {
             throw std::runtime_error("rk31-boxsim did not start");
         }
@@ -155,12 +155,13 @@ std::pair<double, int> chip(const QString& rk31prog, const QString& settings, co
     QFile::remove(log);
     QElapsedTimer clock;
     clock.start();
-    process.start(rk31prog, {QStringLiteral("program"), settings, QStringLiteral("--port"),
-                             QStringLiteral("1"), QStringLiteral("--part"), QStringLiteral("1"),
-                             QStringLiteral("--verify"),
-                             QStringLiteral("--log"), log, QStringLiteral("-q")});
+    process.start(rk31prog,
+                  {QStringLiteral("program"), settings, QStringLiteral("--port"),
+                   QStringLiteral("1"), QStringLiteral("--part"), QStringLiteral("1"),
+                   QStringLiteral("--verify"), QStringLiteral("--log"), log, QStringLiteral("-q")});
     if (!process.waitForFinished(300000) || process.exitCode() != 0) {
-        throw std::runtime_error("rk31prog failed: " + process.readAllStandardError().toStdString());
+        throw std::runtime_error("rk31prog failed: " +
+                                 process.readAllStandardError().toStdString());
     }
     const double ms = static_cast<double>(clock.nsecsElapsed()) / 1e6;
     QFile file(log);
@@ -241,8 +242,8 @@ int main(int argc, char** argv) {
                              0, 'f', 0)
                         .arg(static_cast<double>(overhead) / static_cast<double>(counts->requests),
                              0, 'f', 1)
-                        .arg(static_cast<double>(values) / static_cast<double>(counts->requests),
-                             0, 'f', 1));
+                        .arg(static_cast<double>(values) / static_cast<double>(counts->requests), 0,
+                             'f', 1));
             }
         }
     } catch (const std::exception& e) {

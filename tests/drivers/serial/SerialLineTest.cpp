@@ -218,7 +218,7 @@ class SerialLineTest : public QObject {
         ScriptedBox box;
         auto device = connected(box.path);
         QCOMPARE(box.requests.size(), 2);  // Hello, OpenChannel
-        box.spoil = [&spoil, &box](const Frame& good) {
+        box.spoil = [&spoil](const Frame& good) {
             // The first of several requests of a call (GetMemoryAccess) is answered well.
             return good.command == (static_cast<std::uint8_t>(box::Command::GetMemoryAccess) |
                                     box::kResponseBit)

@@ -28,6 +28,8 @@ struct Row {
 const Row kRows[] = {
     {"cable pulled at the handshake", "--pull-during=Hello", Command::Connect,
      "Failed in Connecting Channel", "OpenChannel(1)"},
+    {"every byte lost", "--drop=1", Command::Connect, "Failed in Connecting Channel",
+     "OpenChannel(1)"},
     {"garbled OpenChannel", "--garble=OpenChannel", Command::Connect,
      "Failed in Connecting Channel", ""},
     {"cable pulled at power-on", "--pull-during=PowerOnChip", Command::Power,
@@ -132,6 +134,31 @@ class LineFaultTable : public QObject {
         if (line.session().ProgrammerConnected != 0) {
             click(w, "connect");
             QCOMPARE(line.session().ProgrammerConnected, 0);
+        }
+    }
+
+    // A noisy line, bits flipped at random both ways: whatever fails, the window finishes, and a
+    // Program that shows no message was really burnt into the EEPROM.
+    void noisyLineNeverTakesAFailureForASuccess() {
+        QTemporaryDir dir;
+        const QString settings = dir.filePath("chip.txt");
+        WriteFile(settings, TwoPartFile(kGoodPart, kGoodPart));
+        for (const char* seed : {"--seed=1", "--seed=2", "--seed=3"}) {
+            LineBench line(QStringLiteral("latency=0"),
+                           {QStringLiteral("--flip=0.004"), QString::fromLatin1(seed)}, {}, 1000);
+            auto window = line.window(1);
+            QWidget* w = window.get();
+            line.prompts.fileNames.push_back(settings);
+            click(w, "mOpen");
+            scriptPortChoice(line.prompts, "COM1");
+            click(w, "connect");
+            check(w, "PartEnable", 0, true);
+            click(w, "PowerOn", 0);
+            const qsizetype before = line.prompts.messages.size();
+            click(w, "btnconfigsolver", 0);
+            if (line.prompts.messages.size() == before && line.session().ChipState[0] != PowerOff) {
+                QVERIFY2(line.box.trace().contains("ProgramEEPROM(0)"), seed);
+            }
         }
     }
 

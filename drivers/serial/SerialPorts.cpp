@@ -6,21 +6,30 @@
 
 namespace rk31::serial {
 
+QStringList SerialPorts::devices() const {
+    constexpr qint64 kFreshMs = 1000;
+    if (m_lookedAt.isValid() && m_lookedAt.elapsed() < kFreshMs) {
+        return m_devices;
+    }
+    m_devices.clear();
+    for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
+        const QString name = info.portName();
+        if (name.startsWith(QStringLiteral("ttyUSB")) ||
+            name.startsWith(QStringLiteral("ttyACM"))) {
+            m_devices << info.systemLocation();
+        }
+    }
+    std::sort(m_devices.begin(), m_devices.end());
+    m_lookedAt.start();
+    return m_devices;
+}
+
 QStringList SerialPorts::paths() const {
     QStringList paths = m_settings.ports;
     if (!m_settings.scanDevices) {
         return paths;
     }
-    QStringList found;
-    for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
-        const QString name = info.portName();
-        if (name.startsWith(QStringLiteral("ttyUSB")) ||
-            name.startsWith(QStringLiteral("ttyACM"))) {
-            found << info.systemLocation();
-        }
-    }
-    std::sort(found.begin(), found.end());
-    for (const QString& path : found) {
+    for (const QString& path : devices()) {
         if (!paths.contains(path)) {
             paths << path;
         }

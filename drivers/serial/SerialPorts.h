@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QString>
 #include <QStringList>
 
@@ -10,7 +11,8 @@ namespace rk31::serial {
 
 // The COM ports of the serial driver: port n is the n-th device path, first those the settings
 // name, then the machine's USB-serial (ttyUSB*) and ACM (ttyACM*) devices in name order. The
-// list is taken afresh on every question, so that an adapter plugged in shows at the next probe.
+// machine's devices are looked up again when the last look is over a second old: an adapter
+// plugged in shows at the next probe, and the sixteen ports of one probe cost one look.
 class SerialPorts : public PortProber {
   public:
     static constexpr int kOtherError = 8002;
@@ -27,7 +29,11 @@ class SerialPorts : public PortProber {
     QString portName(int port) const override { return path(port); }
 
   private:
+    QStringList devices() const;
+
     SerialSettings m_settings;
+    mutable QStringList m_devices;
+    mutable QElapsedTimer m_lookedAt;
 };
 
 }  // namespace rk31::serial

@@ -85,7 +85,9 @@ QByteArray SerialLine::exchange(Command command, const QByteArray& payload, int 
     if (m_busy) {
         // Only a timer that ignored callInProgress can get here; its call must not mix with the
         // running one on the line.
-        throw LineFailure{QStringLiteral("another call is still waiting for its answer")};
+        throw LineFailure{box::CommandName(static_cast<std::uint8_t>(command)) +
+                          QStringLiteral(" on ") + where() +
+                          QStringLiteral(": another call is still waiting for its answer")};
     }
     m_busy = true;
     struct Release {

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QSocketNotifier>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QtTest>
 #include <functional>
 
@@ -239,6 +240,27 @@ class SerialLineTest : public QObject {
             return spoiled++ < 2 ? kBadCrc(good) : box::EncodeFrame(good);
         };
         QCOMPARE(kReadAngle(*device), QStringLiteral("angle=42"));
+    }
+
+    // A call made from the event loop while another call waits (a timer's) is refused, and the
+    // waiting call goes on.
+    void noCallInsideAnother() {
+        ScriptedBox box;
+        box.dies->setMagnetAngle(42);
+        auto device = connected(box.path);
+        QString inside;
+        // The box's answer is written from the waiting call's event loop, as a timer would run.
+        box.spoil = [&](const Frame& good) {
+            if (inside.isEmpty()) {
+                inside = kPowerOn(*device);
+            }
+            return box::EncodeFrame(good);
+        };
+        QCOMPARE(kReadAngle(*device), QStringLiteral("angle=42"));
+        QCOMPARE(inside, QStringLiteral("PowerOnChip on COM1 (%1): another call is still waiting "
+                                        "for its answer")
+                             .arg(box.path));
+        QCOMPARE(box.requests.size(), 3);  // Hello, OpenChannel, ReadAngle
     }
 
     // The box's own errors arrive unchanged, and are not asked again.

@@ -148,7 +148,6 @@ class Box {
             return false;
         }
         QByteArray bytes = box::EncodeFrame(m_server.answer(request));
-        writeTrace();
         if (name == m_faults.stall) {
             QThread::msleep(static_cast<unsigned long>(m_faults.stallMs));
             m_faults.stall.clear();
@@ -156,6 +155,9 @@ class Box {
         if (name == m_faults.garble) {
             bytes[bytes.size() - 1] = static_cast<char>(bytes[bytes.size() - 1] ^ 0x10);
         }
+        // Before the answer, so that the program never sees an answer the trace lacks; after a
+        // stall, so that whoever reads the trace sees a stalled call once the box is awake.
+        writeTrace();
         send(terminal, bytes, box::kFrameOverhead + request.payload.size());
         if (m_faults.pullAfter > 0 && m_calls >= m_faults.pullAfter) {
             terminal.close();

@@ -105,3 +105,8 @@ echo
 echo "(e) Real-time output display through an eight-hour day (288,000 ticks), Part#1 in ADC mode,"
 echo "    simulator without latency: resident memory"
 run "$bin/display_memory_bench" 8
+
+echo
+echo "(f) The serial line: one Program action and one chip of rk31prog over a pseudo-terminal with"
+echo "    rk31-boxsim at 115,200 and 1,000,000 baud, beside the in-process simulator"
+run "$bin/serial_bench" "$build/rk31-boxsim" "$build/rk31prog" 20

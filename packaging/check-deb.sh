@@ -21,8 +21,28 @@ if ! (cd / && env -u RK31_DRIVER_PATH RK31_SIM='latency=0;angle=100' /usr/bin/rk
     rm -f "$sample"
     exit 1
 fi
-rm -f "$sample"
 echo "installed rk31prog programmed and verified a chip on the installed driver"
+
+# The installed rk31-boxsim serves the simulated box on a pseudo-terminal, and the installed
+# rk31prog programs a chip on it through the installed serial driver.
+boxdir=$(mktemp -d)
+(cd / && exec env RK31_SIM='latency=0;angle=100' /usr/bin/rk31-boxsim --link="$boxdir/box" \
+    >"$boxdir/announced") &
+boxsim=$!
+for _ in $(seq 1 40); do
+    [ -s "$boxdir/announced" ] && break
+    sleep 0.25
+done
+if ! (cd / && env -u RK31_DRIVER_PATH -u RK31_SIM RK31_DRIVER=serial \
+    RK31_SERIAL_PORTS="$boxdir/box" /usr/bin/rk31prog program "$sample" --port 1 --verify -q); then
+    echo "installed rk31prog could not program a chip over the installed serial driver" >&2
+    kill "$boxsim" 2>/dev/null || true
+    rm -rf "$sample" "$boxdir"
+    exit 1
+fi
+kill "$boxsim" 2>/dev/null || true
+rm -rf "$sample" "$boxdir"
+echo "installed rk31prog programmed and verified a chip over the serial driver and rk31-boxsim"
 
 display=:77
 Xvfb "$display" -screen 0 1280x720x24 -noreset >/dev/null 2>&1 &

@@ -10,7 +10,7 @@ seconds="${1:-60}"
 shift || true
 targets=("$@")
 if ((${#targets[@]} == 0)); then
-    targets=(fuzz_settings fuzz_numbers fuzz_solvers fuzz_advanced)
+    targets=(fuzz_settings fuzz_numbers fuzz_solvers fuzz_advanced fuzz_boxprotocol)
 fi
 
 source scripts/packages.sh

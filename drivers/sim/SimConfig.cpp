@@ -1,9 +1,11 @@
 #include "sim/SimConfig.h"
 
 #include <QLocale>
+#include <QtGlobal>
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <functional>
 #include <map>
 
@@ -269,6 +271,17 @@ QString WriteSimConfig(const SimConfig& config) {
         add("chips", QString::number(config.chips));
     }
     return entries.join(u';');
+}
+
+SimConfig SimConfigFromEnvironment() {
+    SimConfig base;
+    base.latencyMs = 30;
+    QStringList errors;
+    const SimConfig config = ParseSimConfig(qEnvironmentVariable("RK31_SIM"), &errors, base);
+    for (const QString& error : errors) {
+        std::fprintf(stderr, "%s\n", qPrintable(error));
+    }
+    return config;
 }
 
 }  // namespace rk31::sim

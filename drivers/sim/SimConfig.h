@@ -69,4 +69,8 @@ SimConfig ParseSimConfig(const QString& text, QStringList* errors, const SimConf
 // the shortest text that reads back as the same value.
 QString WriteSimConfig(const SimConfig& config);
 
+// The program's simulation: RK31_SIM over a latency of 30 ms, so that the wait windows are seen
+// as with a real box. Ignored entries are reported on standard error.
+SimConfig SimConfigFromEnvironment();
+
 }  // namespace rk31::sim

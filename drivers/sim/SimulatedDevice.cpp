@@ -2,7 +2,8 @@
 #include <variant>
 
 #include "rk31/DeviceError.h"
-#include "sim/SimulatedProgrammer.h"
+#include "rk31/DeviceTraffic.h"
+#include "sim/SimulatedDevice.h"
 
 namespace rk31::sim {
 

@@ -1,8 +1,6 @@
 #include "sim/SimulatedProgrammer.h"
 
 #include <QApplication>
-#include <QtGlobal>
-#include <cstdio>
 
 #include "sim/bench/SimulationBench.h"
 
@@ -51,17 +49,6 @@ std::optional<double> SimulatedProgrammer::Fixture::turnTo(double degrees) {
 
 void SimulatedProgrammer::releaseBench() {
     m_bench.reset();
-}
-
-SimConfig SimConfigFromEnvironment() {
-    SimConfig base;
-    base.latencyMs = 30;
-    QStringList errors;
-    const SimConfig config = ParseSimConfig(qEnvironmentVariable("RK31_SIM"), &errors, base);
-    for (const QString& error : errors) {
-        std::fprintf(stderr, "%s\n", qPrintable(error));
-    }
-    return config;
 }
 
 }  // namespace rk31::sim

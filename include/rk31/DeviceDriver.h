@@ -14,7 +14,7 @@
 // The version after the slash changes whenever anything in the rk31/ headers changes in a way
 // that breaks a built driver; the program refuses a driver built for another version.
 #define RK31_DEVICE_DRIVER_IID_PREFIX "org.rk31gui.DeviceDriver/"
-#define RK31_DEVICE_DRIVER_IID RK31_DEVICE_DRIVER_IID_PREFIX "3"
+#define RK31_DEVICE_DRIVER_IID RK31_DEVICE_DRIVER_IID_PREFIX "4"
 
 namespace rk31 {
 
@@ -22,6 +22,9 @@ namespace rk31 {
 // interface. Its metadata file names the driver and the ProgIDs it provides, so that the
 // program can choose a driver without loading the others:
 //   { "Name": "mybox", "ProgIDs": [ "QZ7734Module.QZ7734Device" ] }
+// A driver that must not replace the simulated programmer just by being installed (one for a
+// line that may have no box behind it) adds "OnlyWhenNamed": true; it serves only when
+// RK31_DRIVER names it.
 // Everything runs on the program's GUI thread.
 class DeviceDriver {
   public:

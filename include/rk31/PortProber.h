@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 namespace rk31 {
 
 // The serial-port control the port dialog probes with. open() answers 0 when the port opened
@@ -14,6 +16,9 @@ class PortProber {
     virtual bool isOpenHere(int port) const = 0;
     virtual int open(int port) = 0;
     virtual void close(int port) = 0;
+    // Where port n leads, for a person to tell the ports apart ("/dev/ttyUSB0"); empty where
+    // there is nothing to say.
+    virtual QString portName(int /*port*/) const { return {}; }
 };
 
 }  // namespace rk31

@@ -101,12 +101,11 @@ std::shared_ptr<QZ7734Device> Application::createDevice() {
     if (DeviceTrafficSink* traffic = m_driver->traffic()) {
         sinks.push_back(borrowed(traffic));
     }
-    if (sinks.empty()) {
-        return device;
+    std::shared_ptr<DeviceTrafficSink> sink;
+    if (!sinks.empty()) {
+        sink = sinks.size() == 1 ? sinks.front() : std::make_shared<TrafficTee>(std::move(sinks));
     }
-    return WrapWithLog(std::move(device), sinks.size() == 1
-                                              ? sinks.front()
-                                              : std::make_shared<TrafficTee>(std::move(sinks)));
+    return WrapWithLog(std::move(device), std::move(sink), m_session.calls());
 }
 
 QSettings* Application::preferences() {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "device/CallsInProgress.h"
 #include "domain/CurveTypes.h"
 #include "rk31/QZ7734Device.h"
 
@@ -35,6 +36,13 @@ class DeviceSession {
     std::shared_ptr<MemoryAccess> memoryAccess() const;
     std::shared_ptr<SolverAccess> solverAccess() const;
 
+    // Whether a call of the device object or of its access objects is under way. A driver that
+    // waits on a line lets timers run meanwhile: a timer that calls the device (the real-time
+    // display) skips its turn while this is true. Counted by the wrapper the application puts
+    // around every device object it creates (calls()).
+    bool callInProgress() const { return m_calls->any(); }
+    const std::shared_ptr<CallsInProgress>& calls() const { return m_calls; }
+
     // Creates the component and opens the channel on the COM port. Errors raised while doing
     // so propagate to the caller.
     void ConnectProgrammer(std::int16_t port, Prompts& prompts);
@@ -60,6 +68,7 @@ class DeviceSession {
   private:
     DeviceMaker m_make;
     std::shared_ptr<QZ7734Device> m_device;
+    std::shared_ptr<CallsInProgress> m_calls = std::make_shared<CallsInProgress>();
 };
 
 }  // namespace rk31

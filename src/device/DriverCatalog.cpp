@@ -83,7 +83,10 @@ std::vector<DriverCatalog::Candidate> DriverCatalog::scan() const {
                 continue;
             }
             const QJsonObject data = meta.value(QStringLiteral("MetaData")).toObject();
-            Candidate candidate{file, data.value(QStringLiteral("Name")).toString(), {}};
+            Candidate candidate{file,
+                                data.value(QStringLiteral("Name")).toString(),
+                                {},
+                                data.value(QStringLiteral("OnlyWhenNamed")).toBool()};
             for (const auto& id : data.value(QStringLiteral("ProgIDs")).toArray()) {
                 candidate.progIds << id.toString();
             }
@@ -123,8 +126,9 @@ DeviceDriver* DriverCatalog::driverFor(const QString& progId) {
     }
     m_chosen = true;
     std::vector<Candidate> candidates = scan();
-    std::erase_if(candidates,
-                  [&progId](const Candidate& c) { return !c.progIds.contains(progId); });
+    std::erase_if(candidates, [&progId, this](const Candidate& c) {
+        return !c.progIds.contains(progId) || (c.onlyWhenNamed && c.name != m_wanted);
+    });
     // The simulated programmer is the fallback: any other driver for the ProgID comes first,
     // and the wanted one before all.
     const QString& wanted = m_wanted;

@@ -29,7 +29,8 @@ class DriverCatalog {
     const QStringList& folders() const { return m_folders; }
 
     // The driver for the ProgID, loaded on first use: the wanted one when it provides the ProgID,
-    // else the first that is not the simulated programmer ("sim"), else "sim". nullptr when no
+    // else the first that is not the simulated programmer ("sim") nor only for when it is
+    // named, else "sim". nullptr when no
     // driver can serve; later calls give the same answer.
     DeviceDriver* driverFor(const QString& progId);
     // The name of the driver driverFor chose, empty while none.
@@ -40,6 +41,9 @@ class DriverCatalog {
         QString file;
         QString name;
         QStringList progIds;
+        // Its metadata's "OnlyWhenNamed": a driver for a line that may have no box behind it
+        // does not push the simulated programmer aside just by being installed.
+        bool onlyWhenNamed = false;
     };
     std::vector<Candidate> scan() const;
     DeviceDriver* load(const Candidate& candidate);

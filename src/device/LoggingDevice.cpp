@@ -63,11 +63,20 @@ QString none() {
     return {};
 }
 
-// Runs one call of the wrapped object and hands it to the sink, also when it throws. The
-// arguments and out-values are only described while the sink listens.
+// Who hears of the calls: the sink (may be empty) and the count of calls under way.
+struct Observers {
+    std::shared_ptr<DeviceTrafficSink> sink;
+    std::shared_ptr<CallsInProgress> calls;
+};
+
+// Runs one call of the wrapped object, counted as under way while it runs, and hands it to the
+// sink, also when it throws. The arguments and out-values are only described while the sink
+// listens.
 template <typename Args, typename Call, typename Outs>
-void logged(DeviceTrafficSink& sink, const char* op, Args&& args, Call&& call, Outs&& outs) {
-    if (!sink.listening()) {
+void logged(const Observers& observers, const char* op, Args&& args, Call&& call, Outs&& outs) {
+    const CallsInProgress::Scope underWay(observers.calls.get());
+    DeviceTrafficSink* sink = observers.sink.get();
+    if (sink == nullptr || !sink->listening()) {
         call();
         return;
     }
@@ -78,15 +87,15 @@ void logged(DeviceTrafficSink& sink, const char* op, Args&& args, Call&& call, O
         record.at = QDateTime::currentDateTime();
         record.outcome = e.description();
         record.threw = true;
-        sink.write(record);
+        sink->write(record);
         throw;
     }
     record.at = QDateTime::currentDateTime();
     record.outcome = outs();
-    sink.write(record);
+    sink->write(record);
 }
 
-using Sink = std::shared_ptr<DeviceTrafficSink>;
+using Sink = Observers;
 
 QString outFailed(std::int32_t failed) {
     return QStringLiteral("failed=") + dec(failed);
@@ -99,7 +108,7 @@ class LoggingMemory : public MemoryAccess {
 
     void WriteMemory(std::int16_t part, std::int32_t address, std::int32_t data) override {
         logged(
-            *m_sink, "WriteMemory",
+            m_sink, "WriteMemory",
             [&] {
                 return QStringList{dec(part), hex(address), hex(data)};
             },
@@ -107,7 +116,7 @@ class LoggingMemory : public MemoryAccess {
     }
     void ReadMemory(std::int16_t part, std::int32_t address, std::int32_t& data) override {
         logged(
-            *m_sink, "ReadMemory",
+            m_sink, "ReadMemory",
             [&] {
                 return QStringList{dec(part), hex(address)};
             },
@@ -117,7 +126,7 @@ class LoggingMemory : public MemoryAccess {
     void SetSolverParameter(std::int16_t part, std::int16_t id, const SolverValue& value,
                             std::int16_t mode, std::int32_t& failed) override {
         logged(
-            *m_sink, "SetSolverParameter",
+            m_sink, "SetSolverParameter",
             [&] {
                 return QStringList{dec(part), dec(id), SolverValueText(value), dec(mode)};
             },
@@ -137,18 +146,18 @@ class LoggingSolver : public SolverAccess {
 
     void CommLock(std::int16_t part, std::int32_t& failed) override {
         logged(
-            *m_sink, "CommLock", [&] { return QStringList{dec(part)}; },
+            m_sink, "CommLock", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->CommLock(part, failed); }, [&] { return outFailed(failed); });
     }
     void WriteBufferToDevice(std::int16_t part, std::int32_t& code) override {
         logged(
-            *m_sink, "WriteBufferToDevice", [&] { return QStringList{dec(part)}; },
+            m_sink, "WriteBufferToDevice", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->WriteBufferToDevice(part, code); },
             [&] { return QStringLiteral("code=") + dec(code); });
     }
     void ClearSolverSettings(std::int16_t part, std::int32_t& failed) override {
         logged(
-            *m_sink, "ClearSolverSettings", [&] { return QStringList{dec(part)}; },
+            m_sink, "ClearSolverSettings", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->ClearSolverSettings(part, failed); }, [&] { return outFailed(failed); });
     }
 
@@ -164,22 +173,22 @@ class LoggingDevice : public QZ7734Device {
 
     void OpenChannel(const QVariant& port, std::int32_t& failed) override {
         logged(
-            *m_sink, "OpenChannel", [&] { return QStringList{port.toString()}; },
+            m_sink, "OpenChannel", [&] { return QStringList{port.toString()}; },
             [&] { m_inner->OpenChannel(port, failed); }, [&] { return outFailed(failed); });
     }
     void CloseChannel(std::int32_t channel) override {
         logged(
-            *m_sink, "CloseChannel", [&] { return QStringList{dec(channel)}; },
+            m_sink, "CloseChannel", [&] { return QStringList{dec(channel)}; },
             [&] { m_inner->CloseChannel(channel); }, none);
     }
     void ProgramEEPROM(std::int16_t part, std::int32_t& failed) override {
         logged(
-            *m_sink, "ProgramEEPROM", [&] { return QStringList{dec(part)}; },
+            m_sink, "ProgramEEPROM", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->ProgramEEPROM(part, failed); }, [&] { return outFailed(failed); });
     }
     void MeasureOutput(std::int16_t part, std::int16_t one, float& value) override {
         logged(
-            *m_sink, "MeasureOutput",
+            m_sink, "MeasureOutput",
             [&] {
                 return QStringList{dec(part), dec(one)};
             },
@@ -188,13 +197,13 @@ class LoggingDevice : public QZ7734Device {
     }
     void MeasureVDD(std::int16_t part, float& vdd) override {
         logged(
-            *m_sink, "MeasureVDD", [&] { return QStringList{dec(part)}; },
+            m_sink, "MeasureVDD", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->MeasureVDD(part, vdd); },
             [&] { return QStringLiteral("vdd=") + num(vdd); });
     }
     void GetMemoryAccess(std::shared_ptr<MemoryAccess>& object) override {
         logged(
-            *m_sink, "GetMemoryAccess", [] { return QStringList(); },
+            m_sink, "GetMemoryAccess", [] { return QStringList(); },
             [&] { m_inner->GetMemoryAccess(object); }, none);
         if (object) {
             object = std::make_shared<LoggingMemory>(object, m_sink);
@@ -202,13 +211,13 @@ class LoggingDevice : public QZ7734Device {
     }
     void ReadAngle(std::int16_t part, float& angle) override {
         logged(
-            *m_sink, "ReadAngle", [&] { return QStringList{dec(part)}; },
+            m_sink, "ReadAngle", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->ReadAngle(part, angle); },
             [&] { return QStringLiteral("angle=") + num(angle); });
     }
     void GetSolverAccess(std::shared_ptr<SolverAccess>& object) override {
         logged(
-            *m_sink, "GetSolverAccess", [] { return QStringList(); },
+            m_sink, "GetSolverAccess", [] { return QStringList(); },
             [&] { m_inner->GetSolverAccess(object); }, none);
         if (object) {
             object = std::make_shared<LoggingSolver>(object, m_sink);
@@ -216,7 +225,7 @@ class LoggingDevice : public QZ7734Device {
     }
     void EnterOWIMode(std::int16_t part, std::int32_t& result) override {
         logged(
-            *m_sink, "EnterOWIMode", [&] { return QStringList{dec(part)}; },
+            m_sink, "EnterOWIMode", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->EnterOWIMode(part, result); },
             [&] { return QStringLiteral("result=") + dec(result); });
     }
@@ -238,7 +247,7 @@ class LoggingDevice : public QZ7734Device {
     void GetDACCalibration(std::int16_t part, float& k0, float& b0, float& k1, float& b1,
                            std::int32_t& status) override {
         logged(
-            *m_sink, "GetDACCalibration", [&] { return QStringList{dec(part)}; },
+            m_sink, "GetDACCalibration", [&] { return QStringList{dec(part)}; },
             [&] { m_inner->GetDACCalibration(part, k0, b0, k1, b1, status); },
             [&] {
                 return QStringLiteral("K0=%1 B0=%2 K1=%3 B1=%4 status=%5")
@@ -248,7 +257,7 @@ class LoggingDevice : public QZ7734Device {
     void GetHardwareVersion(std::int32_t& major, std::int32_t& minor, std::int32_t& build,
                             std::int32_t& failed) override {
         logged(
-            *m_sink, "GetHardwareVersion", [] { return QStringList(); },
+            m_sink, "GetHardwareVersion", [] { return QStringList(); },
             [&] { m_inner->GetHardwareVersion(major, minor, build, failed); },
             [&] {
                 return QStringLiteral("version=%1.%2.%3 failed=%4")
@@ -261,7 +270,7 @@ class LoggingDevice : public QZ7734Device {
     void SetOutputMode(std::int16_t part, std::int16_t outputMode, std::int16_t pwmFrequency,
                        std::int16_t pwmPolarity, std::int32_t& failed) override {
         logged(
-            *m_sink, "SetOutputMode",
+            m_sink, "SetOutputMode",
             [&] {
                 return QStringList{dec(part), dec(outputMode), dec(pwmFrequency), dec(pwmPolarity)};
             },
@@ -273,7 +282,7 @@ class LoggingDevice : public QZ7734Device {
     void simple(const char* op, std::int16_t part, std::int32_t& status,
                 void (QZ7734Device::*method)(std::int16_t, std::int32_t&)) {
         logged(
-            *m_sink, op, [&] { return QStringList{dec(part)}; },
+            m_sink, op, [&] { return QStringList{dec(part)}; },
             [&] { ((*m_inner).*method)(part, status); },
             [&] { return QStringLiteral("status=") + dec(status); });
     }
@@ -285,11 +294,13 @@ class LoggingDevice : public QZ7734Device {
 }  // namespace
 
 std::shared_ptr<QZ7734Device> WrapWithLog(std::shared_ptr<QZ7734Device> device,
-                                          std::shared_ptr<DeviceTrafficSink> sink) {
-    if (!device || !sink) {
+                                          std::shared_ptr<DeviceTrafficSink> sink,
+                                          std::shared_ptr<CallsInProgress> calls) {
+    if (!device || (!sink && !calls)) {
         return device;
     }
-    return std::make_shared<LoggingDevice>(std::move(device), std::move(sink));
+    return std::make_shared<LoggingDevice>(std::move(device),
+                                           Observers{std::move(sink), std::move(calls)});
 }
 
 }  // namespace rk31

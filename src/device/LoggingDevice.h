@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "device/CallsInProgress.h"
 #include "rk31/DeviceTraffic.h"
 
 namespace rk31 {
@@ -41,8 +42,10 @@ class TrafficTee : public DeviceTrafficSink {
 };
 
 // A device object whose every call, and every call of the access objects it hands out, goes to
-// `sink` once it has returned or thrown.
+// `sink` (when given) once it has returned or thrown, and counts in `calls` (when given) while
+// it runs.
 std::shared_ptr<QZ7734Device> WrapWithLog(std::shared_ptr<QZ7734Device> device,
-                                          std::shared_ptr<DeviceTrafficSink> sink);
+                                          std::shared_ptr<DeviceTrafficSink> sink,
+                                          std::shared_ptr<CallsInProgress> calls = nullptr);
 
 }  // namespace rk31

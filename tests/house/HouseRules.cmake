@@ -3,7 +3,8 @@ cmake_minimum_required(VERSION 3.25)
 #   - no include climbs out of its folder with "../";
 #   - the modules below the windows (src/ outside ui/ and app/) include Qt's core headers only:
 #     no widget, no GUI header, however it is spelt;
-#   - the simulated programmer includes its own headers, the public driver interface and Qt only.
+#   - the simulated programmer and the serial driver include their own headers, the public driver
+#     interface and Qt only (the serial driver's protocol folder is its own too).
 # cmake -DSOURCE_DIR=... -DQTCORE_DIR=... -P HouseRules.cmake; fails listing every violation.
 file(GLOB core_headers RELATIVE ${QTCORE_DIR} ${QTCORE_DIR}/*)
 set(violations "")
@@ -23,10 +24,18 @@ function(check_file file)
                 list(APPEND found "${relative}: not a QtCore header, below the windows: ${line}")
             endif()
         endif()
-        if(relative MATCHES "^drivers/sim/" AND line MATCHES "#[ \t]*include[ \t]*\"([^\"]+)\"")
+        if(relative MATCHES "^drivers/(sim|serial)/" AND line MATCHES "#[ \t]*include[ \t]*\"([^\"]+)\"")
             set(included ${CMAKE_MATCH_1})
-            if(NOT included MATCHES "^(sim|rk31)/" AND NOT included MATCHES "\\.moc$")
+            string(REGEX MATCH "^drivers/([a-z]+)/" driver_dir ${relative})
+            set(own ${CMAKE_MATCH_1})
+            if(NOT included MATCHES "^(${own}|rk31)/" AND NOT included MATCHES "\\.moc$")
                 list(APPEND found "${relative}: not the driver's own, nor the public one: ${line}")
+            endif()
+        endif()
+        # The serial driver's protocol is shared with the box's side: Qt and the public interface.
+        if(relative MATCHES "^drivers/serial/protocol/" AND line MATCHES "#[ \t]*include[ \t]*\"(serial/[^\"]+)\"")
+            if(NOT CMAKE_MATCH_1 MATCHES "^serial/protocol/")
+                list(APPEND found "${relative}: the protocol includes the driver: ${line}")
             endif()
         endif()
     endforeach()

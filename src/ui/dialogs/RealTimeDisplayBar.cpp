@@ -215,7 +215,8 @@ void RealTimeDisplayBar::ShowReadings(float value1, float value2) {
 }
 
 void RealTimeDisplayBar::Timer1Tick() {
-    if (!m_session.hasDevice()) {
+    // A driver waiting on its line runs this timer too; the reading waits for the next tick.
+    if (!m_session.hasDevice() || m_session.callInProgress()) {
         return;
     }
     try {

@@ -41,6 +41,12 @@ frmComport::frmComport(PortProber& ports, Prompts& prompts, QWidget* parent)
     m_port->beforePopup = [this] { RefreshPortList(); };
     portLabel->setBuddy(m_port);
 
+    // Where the chosen port leads, for a driver whose ports are device paths.
+    m_portPath = new QLabel(this);
+    m_portPath->setObjectName(QStringLiteral("PortPath"));
+    m_portPath->setVisible(false);
+    connect(m_port, &QComboBox::currentIndexChanged, this, &frmComport::showPortPath);
+
     m_baudLabel = new QLabel(QStringLiteral("Com port:"), this);
     m_baudLabel->setObjectName(QStringLiteral("Label2"));
     m_baudrate = new QComboBox(this);
@@ -58,6 +64,7 @@ frmComport::frmComport(PortProber& ports, Prompts& prompts, QWidget* parent)
     auto* fields = new QGridLayout;
     fields->addWidget(portLabel, 0, 0);
     fields->addWidget(m_port, 0, 1);
+    fields->addWidget(m_portPath, 2, 1);
     fields->addWidget(m_baudLabel, 1, 0);
     fields->addWidget(m_baudrate, 1, 1);
     fields->setColumnStretch(1, 1);
@@ -87,6 +94,11 @@ void frmComport::RefreshPortList() {
     m_port->clear();
     const QStringList entries = rk31::RefreshPortList(m_ports);
     m_port->addItems(entries);
+    for (int i = 0; i < m_port->count(); ++i) {
+        const auto port = PortNumberFromText(m_port->itemText(i));
+        m_port->setItemData(i, port ? m_ports.portName(*port) : QString(), Qt::ToolTipRole);
+    }
+    showPortPath();
     if (entries.isEmpty()) {
         m_port->setEnabled(false);
     } else {
@@ -99,6 +111,14 @@ void frmComport::preselect(const QString& entry) {
     if (!entry.isEmpty() && at >= 0) {
         m_port->setCurrentIndex(at);
     }
+}
+
+void frmComport::showPortPath() {
+    const QString path = m_port->currentData(Qt::ToolTipRole).toString();
+    m_portPath->setText(path);
+    m_portPath->setVisible(!path.isEmpty());
+    m_port->setToolTip(path);
+    m_port->setAccessibleDescription(path);
 }
 
 void frmComport::connectClicked() {

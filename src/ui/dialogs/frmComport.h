@@ -41,12 +41,14 @@ class frmComport : public QDialog {
     void reject() override;
 
   private:
+    void showPortPath();
     void connectClicked();
     void doNotConnectClicked();
 
     PortProber& m_ports;
     Prompts& m_prompts;
     RefreshingComboBox* m_port;
+    QLabel* m_portPath;
     QComboBox* m_baudrate;
     QLabel* m_baudLabel;
     QPushButton* m_connect;

@@ -50,6 +50,10 @@ constexpr int kNumberBoxWidth = 84;
 const QString kFolderKey = QStringLiteral("settingsFolder");
 const QString kPortKey = QStringLiteral("lastPort");
 
+// The notice after a settings file was loaded (by the dialog or dropped) or saved.
+const QString kLoadedNotice = QStringLiteral("Settings loaded from %1");
+const QString kSavedNotice = QStringLiteral("Settings saved to %1");
+
 QString geometryKey(const QString& className) {
     return QStringLiteral("geometry/") + className;
 }
@@ -239,16 +243,16 @@ void MainWindowBase::dropEvent(QDropEvent* event) {
     const BusyCursor busy;
     run([this, path] {
         m_ctx->lastFileName = path;
-        settingsFileUsed(LoadSettingsFrom(*m_ctx, path), tr("Settings loaded from %1"));
+        settingsFileUsed(LoadSettingsFrom(*m_ctx, path), kLoadedNotice);
     });
 }
 
 void MainWindowBase::loadSettings() {
-    settingsFileUsed(LoadSettingsCommand(*m_ctx), tr("Settings loaded from %1"));
+    settingsFileUsed(LoadSettingsCommand(*m_ctx), kLoadedNotice);
 }
 
 void MainWindowBase::saveSettings() {
-    settingsFileUsed(SaveSettingsCommand(*m_ctx), tr("Settings saved to %1"));
+    settingsFileUsed(SaveSettingsCommand(*m_ctx), kSavedNotice);
 }
 
 void MainWindowBase::settingsFileUsed(const QString& path, const QString& notice) {

@@ -161,6 +161,9 @@ class LineFaultTable : public QObject {
             click(w, "connect");
             check(w, "PartEnable", 0, true);
             click(w, "PowerOn", 0);
+            if (!usable(w, "btnconfigsolver", 0)) {
+                continue;  // the noise stopped the window before it could program
+            }
             const qsizetype before = line.prompts.messages.size();
             click(w, "btnconfigsolver", 0);
             if (line.prompts.messages.size() == before && line.session().ChipState[0] != PowerOff) {

@@ -144,7 +144,7 @@ class Box {
         ++m_calls;
         const QString name = box::CommandName(request.command);
         if (name == m_faults.pullDuring && ++m_seenPullOp == m_faults.pullDuringCount) {
-            terminal.close();
+            pull(terminal);
             return false;
         }
         QByteArray bytes = box::EncodeFrame(m_server.answer(request));
@@ -160,11 +160,20 @@ class Box {
         writeTrace();
         send(terminal, bytes, box::kFrameOverhead + request.payload.size());
         if (m_faults.pullAfter > 0 && m_calls >= m_faults.pullAfter) {
-            terminal.close();
+            pull(terminal);
             m_faults.pullAfter = 0;
             return false;
         }
         return true;
+    }
+
+    // The cable pulled: the terminal goes, and so does the link, as the device node of an
+    // unplugged adapter does; a program that tries the path meanwhile finds nothing there.
+    void pull(Terminal& terminal) {
+        if (!m_faults.link.isEmpty()) {
+            QFile::remove(m_faults.link);
+        }
+        terminal.close();
     }
 
     // The bytes as the line delivers them: some lost, some with a bit flipped.

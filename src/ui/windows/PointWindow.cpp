@@ -398,6 +398,10 @@ void PointProgrammingWindow::updateWatch() {
 }
 
 void PointProgrammingWindow::watchTick() {
+    // A reading still waiting on a slow line lets the event loop run; this tick is left out.
+    if (context().session.callInProgress()) {
+        return;
+    }
     for (const int part : commandParts()) {
         QLabel* label = m_watchedAngle[static_cast<std::size_t>(part)];
         // One box in the one-part windows, for whichever part is chosen.

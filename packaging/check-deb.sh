@@ -12,6 +12,14 @@ package=$(ls build/rk31gui_*.deb)
 DEBIAN_FRONTEND=noninteractive apt-get install -y "./$package"
 trap 'apt-get remove -y rk31gui >/dev/null' EXIT
 
+# The About box points to the README and the user guide the package carries.
+for doc in README.md user-guide.md; do
+    if [ ! -f "/usr/share/doc/rk31gui/$doc" ]; then
+        echo "the package does not carry $doc" >&2
+        exit 1
+    fi
+done
+
 # The installed programs find the installed simulated programmer: rk31prog programs a chip on it.
 sample=$(mktemp)
 printf 'Part #Index:0\r\nDirection is:0\r\nDP is(deg):260.00\r\nClamp High is(%%):95.00\r\nClamp Low is(%%):5.00\r\nAngle of Point A is(deg):20.00\r\nLevel of Point A is(%%):10.00\r\nAngle of Point B is(deg):200.00\r\nLevel of Point B is(%%):90.00\r\n' >"$sample"

@@ -110,7 +110,7 @@ void MagnetPanel::refresh() {
         m_angle->setText(AngleText(angle));
     }
     const bool turning = m_box->magnetSpeed() != 0;
-    m_rotate->setText(turning ? QStringLiteral("Stop") : QStringLiteral("Start"));
+    m_rotate->setText(turning ? QStringLiteral("S&top") : QStringLiteral("S&tart"));
     if (turning && !m_speed->hasFocus() && m_speed->value() != m_box->magnetSpeed()) {
         const QSignalBlocker quiet(m_speed);
         m_speed->setValue(m_box->magnetSpeed());

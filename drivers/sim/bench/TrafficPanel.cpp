@@ -51,14 +51,14 @@ TrafficPanel::TrafficPanel(std::shared_ptr<TrafficRecorder> traffic, QWidget* pa
             &QSortFilterProxyModel::setFilterFixedString);
     auto* filterLabel = BuddyLabel(QStringLiteral("&Filter"), m_filter, this);
 
-    m_pause = BenchButton(QStringLiteral("Pause"), QStringLiteral("trafficPause"), this);
+    m_pause = BenchButton(QStringLiteral("&Pause"), QStringLiteral("trafficPause"), this);
     m_pause->setCheckable(true);
     connect(m_pause, &QPushButton::toggled, this, [this](bool paused) {
-        m_pause->setText(paused ? QStringLiteral("Resume") : QStringLiteral("Pause"));
+        m_pause->setText(paused ? QStringLiteral("&Resume") : QStringLiteral("&Pause"));
     });
-    auto* clearButton = BenchButton(QStringLiteral("Clear"), QStringLiteral("trafficClear"), this);
+    auto* clearButton = BenchButton(QStringLiteral("C&lear"), QStringLiteral("trafficClear"), this);
     connect(clearButton, &QPushButton::clicked, this, &TrafficPanel::clear);
-    auto* save = BenchButton(QStringLiteral("Save\u2026"), QStringLiteral("trafficSave"), this);
+    auto* save = BenchButton(QStringLiteral("Sa&ve\u2026"), QStringLiteral("trafficSave"), this);
     connect(save, &QPushButton::clicked, this, &TrafficPanel::chooseFileAndSave);
 
     m_view = new QTableView(this);

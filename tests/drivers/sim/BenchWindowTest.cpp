@@ -188,12 +188,12 @@ class BenchWindowTest : public QObject {
         speed->setValue(-90);
         rotate->click();
         QCOMPARE(box.magnetSpeed(), -90.0);
-        QCOMPARE(rotate->text(), QStringLiteral("Stop"));
+        QCOMPARE(rotate->text(), QStringLiteral("S&top"));
         speed->setValue(45);
         QCOMPARE(box.magnetSpeed(), 45.0);
         rotate->click();
         QCOMPARE(box.magnetSpeed(), 0.0);
-        QCOMPARE(rotate->text(), QStringLiteral("Start"));
+        QCOMPARE(rotate->text(), QStringLiteral("S&tart"));
     }
 
     // The walk-through a new user makes in "/4": the magnet set on the bench, two points taught

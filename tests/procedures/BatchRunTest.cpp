@@ -196,6 +196,10 @@ TEST_F(Batch, OneVerdictPerPartWithItsStageCauseAndExitCode) {
         {"one-part point file of Part#2", {"program", onePart, "--port", "1", "--verify", "-q"}, {}, kExitOk,
          "COM1 " + onePart + " chip 1 Part#2 PASS", {"ClearSolverSettings(1)", "ProgramEEPROM(1)", "MeasureOutput(1, 1)", "PowerOffChip(1)"},
          {"ReadMemory(0, &H48)"}},
+        // The preparation's own EEPROM step failing is a failed program, though Power On runs it.
+        {"one-part point file, the solver not cleared", {"program", onePart, "--port", "1", "-q"},
+         with([](auto& c) { c.clearFail = sim::kPart2; }), kExitDevice,
+         "COM1 " + onePart + " chip 1 Part#2 FAIL program: Errors in ClearSolverSettings!", {"ClearSolverSettings(1)"}, {}},
         {"two-part point file, verified and locked", {"program", dual, "--port", "1", "--verify", "--lock", "-q"}, {}, kExitOk,
          "COM1 " + dual + " chip 1 Part#1 PASS, locked", {"WriteBufferToDevice(1)", "CommLock(0)", "CommLock(1)"}, {}},
         // clang-format on

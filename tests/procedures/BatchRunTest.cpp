@@ -200,6 +200,9 @@ TEST_F(Batch, OneVerdictPerPartWithItsStageCauseAndExitCode) {
         {"one-part point file, the solver not cleared", {"program", onePart, "--port", "1", "-q"},
          with([](auto& c) { c.clearFail = sim::kPart2; }), kExitDevice,
          "COM1 " + onePart + " chip 1 Part#2 FAIL program: Errors in ClearSolverSettings!", {"ClearSolverSettings(1)"}, {}},
+        {"one-part point file, the blank EEPROM not programmed", {"program", onePart, "--port", "1", "-q"},
+         with([](auto& c) { c.eepromFail = sim::kPart2; }), kExitDevice,
+         "COM1 " + onePart + " chip 1 Part#2 FAIL program: Failed in programming device", {"ProgramEEPROM(1)"}, {}},
         {"two-part point file, verified and locked", {"program", dual, "--port", "1", "--verify", "--lock", "-q"}, {}, kExitOk,
          "COM1 " + dual + " chip 1 Part#1 PASS, locked", {"WriteBufferToDevice(1)", "CommLock(0)", "CommLock(1)"}, {}},
         // clang-format on

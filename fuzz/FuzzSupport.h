@@ -27,7 +27,9 @@ class QuietPrompts : public Prompts {
     void message(const QString&) override { ++messages; }
     bool question(const QString&) override { return false; }
     QString openFileName(const QString&, const QString&) override { return {}; }
-    QString saveFileName(const QString&, const QString&, const QStringList&) override { return {}; }
+    QString saveFileName(const QString&, const QString&, const QStringList&, int*) override {
+        return {};
+    }
     void runModal(QDialog&) override {}
     int messages = 0;
 };

@@ -153,14 +153,8 @@ class LineFaultTable : public QObject {
         for (const char* seed : {"--seed=1", "--seed=2", "--seed=3"}) {
             LineBench line(QStringLiteral("latency=0"),
                            {QStringLiteral("--flip=0.004"), QString::fromLatin1(seed)}, {}, 1000);
-            auto window = line.window(1);
+            auto window = PoweredTwoPartWindow(line.app, line.prompts, settings);
             QWidget* w = window.get();
-            line.prompts.fileNames.push_back(settings);
-            click(w, "mOpen");
-            scriptPortChoice(line.prompts, "COM1");
-            click(w, "connect");
-            check(w, "PartEnable", 0, true);
-            click(w, "PowerOn", 0);
             if (!usable(w, "btnconfigsolver", 0)) {
                 continue;  // the noise stopped the window before it could program
             }

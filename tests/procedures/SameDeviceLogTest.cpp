@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include "BatchFiles.h"
+#include "support/LoggedCalls.h"
 #include "support/WindowHarness.h"
 #include "ui/PointHarness.h"
 #include "ui/windows/MainForm2Parts.h"
@@ -16,22 +17,6 @@ using namespace rk31;
 using namespace rk31::test;
 
 namespace {
-
-// The calls of a device log without their times; `skip` drops the calls of one operation.
-QStringList loggedCalls(const QString& path, const QString& skip = {}) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return {QStringLiteral("no log ") + path};
-    }
-    QStringList calls;
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        const QString call = QString::fromUtf8(line).section(u' ', 1).trimmed();
-        if (!call.isEmpty() && (skip.isEmpty() || !call.startsWith(skip))) {
-            calls << call;
-        }
-    }
-    return calls;
-}
 
 // rk31prog on the simulated programmer it loads as a driver, with its own device log.
 QStringList rk31progCalls(const QStringList& arguments, const QString& log, const QString& sim) {
@@ -47,7 +32,7 @@ QStringList rk31progCalls(const QStringList& arguments, const QString& log, cons
         return {QStringLiteral("rk31prog failed: ") +
                 QString::fromLocal8Bit(process.readAllStandardError())};
     }
-    return loggedCalls(log);
+    return LoggedCalls(log);
 }
 
 StartSettings logTo(const QString& path) {
@@ -81,7 +66,7 @@ class SameDeviceLog : public QObject {
             click(&window, "connect");
             QCOMPARE(bench.prompts.messages, QStringList());
         }
-        const QStringList window = loggedCalls(windowLog);
+        const QStringList window = LoggedCalls(windowLog);
         QVERIFY(window.contains("ProgramEEPROM(0) -> failed=0"));
         QCOMPARE(rk31progCalls({"program", settings, "--port", "1", "--part", "1"},
                                dir.filePath("prog.log"), "latency=0"),
@@ -112,7 +97,7 @@ class SameDeviceLog : public QObject {
             QCOMPARE(bench.prompts.messages, QStringList());
             QCOMPARE(textOf(window.get(), "Angle", 1), QStringLiteral("200.00"));
         }
-        const QStringList window = loggedCalls(windowLog, QStringLiteral("ReadAngle("));
+        const QStringList window = LoggedCalls(windowLog, QStringLiteral("ReadAngle("));
         QVERIFY(window.contains("ProgramEEPROM(0) -> failed=0"));
         QCOMPARE(rk31progCalls({"program", settings, "--port", "1"}, dir.filePath("prog.log"),
                                "latency=0;angle=200"),
@@ -169,7 +154,7 @@ class SameDeviceLog : public QObject {
                       "--port", "1", "--verify", "--lock", "--count", "3", "--log", log});
         QVERIFY(closed.waitForFinished(60000));
         QCOMPARE(closed.exitStatus(), QProcess::NormalExit);
-        const QStringList calls = loggedCalls(log);
+        const QStringList calls = LoggedCalls(log);
         QCOMPARE(calls.count("OpenChannel(1) -> failed=0"), 1);
         QVERIFY(calls.contains("CommLock(1) -> failed=0"));
         QVERIFY2(calls.last().startsWith("CloseChannel("), qPrintable(calls.last()));

@@ -8,7 +8,9 @@
 
 #include "device/Application.h"
 #include "serial/SerialProgrammer.h"
+#include "support/LoggedCalls.h"
 #include "support/ScriptedPrompts.h"
+#include "support/WindowHarness.h"
 #include "ui/windows/Startup.h"
 
 namespace rk31::test {
@@ -77,6 +79,20 @@ inline serial::SerialSettings LineSettings(const QString& path, int timeoutMs = 
     return settings;
 }
 
+// The "/1" window with `settings` loaded, connected on COM1, Part#1 enabled and powered, on
+// whichever programmer `app` has.
+inline std::unique_ptr<QWidget> PoweredTwoPartWindow(Application& app, ScriptedPrompts& prompts,
+                                                     const QString& settings) {
+    auto window = CreateMainWindow(1, app);
+    prompts.fileNames.push_back(settings);
+    click(window.get(), "mOpen");
+    scriptPortChoice(prompts, "COM1");
+    click(window.get(), "connect");
+    check(window.get(), "PartEnable", 0, true);
+    click(window.get(), "PowerOn", 0);
+    return window;
+}
+
 // What Bench is for the simulated programmer, over the serial driver and a box behind a
 // pseudo-terminal.
 struct LineBench {
@@ -95,22 +111,6 @@ struct LineBench {
     serial::SerialProgrammer programmer;
     Application app;
 };
-
-// The calls of a device log without their times.
-inline QStringList LoggedCalls(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return {QStringLiteral("no log ") + path};
-    }
-    QStringList calls;
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        const QString call = QString::fromUtf8(line).section(u' ', 1).trimmed();
-        if (!call.isEmpty()) {
-            calls << call;
-        }
-    }
-    return calls;
-}
 
 inline StartSettings LogTo(const QString& path) {
     StartSettings settings;

@@ -28,14 +28,8 @@ const QString kSim = QStringLiteral("latency=0;angle=200;fixture=0");
 using Session = std::function<void(Application&, ScriptedPrompts&, const QString& settings)>;
 
 void twoPartProgram(Application& app, ScriptedPrompts& prompts, const QString& settings) {
-    auto window = CreateMainWindow(1, app);
+    auto window = PoweredTwoPartWindow(app, prompts, settings);
     QWidget* w = window.get();
-    prompts.fileNames.push_back(settings);
-    click(w, "mOpen");
-    scriptPortChoice(prompts, "COM1");
-    click(w, "connect");
-    check(w, "PartEnable", 0, true);
-    click(w, "PowerOn", 0);
     click(w, "btnconfigsolver", 0);
     click(w, "PowerOn", 0);
     click(w, "connect");
@@ -203,14 +197,8 @@ class OverTheLine : public QObject {
         const QString settings = dir.filePath("chip.txt");
         WriteFile(settings, TwoPartFile(kGoodPart, kGoodPart));
         LineBench line(QStringLiteral("latency=20"), {QStringLiteral("--baud=9600")});
-        auto window = CreateMainWindow(1, line.app);
+        auto window = PoweredTwoPartWindow(line.app, line.prompts, settings);
         QWidget* w = window.get();
-        line.prompts.fileNames.push_back(settings);
-        click(w, "mOpen");
-        scriptPortChoice(line.prompts, "COM1");
-        click(w, "connect");
-        check(w, "PartEnable", 0, true);
-        click(w, "PowerOn", 0);
 
         QElapsedTimer clock;
         qint64 last = 0;
